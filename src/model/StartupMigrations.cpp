@@ -1,0 +1,11 @@
+#include "model/StartupMigrations.h"
+
+#include "model/EventStore.h"
+#include "model/SettingsStore.h"
+
+void runStartupMigrations(EventStore &events, const SettingsStore &settings)
+{
+    const Settings &current = settings.settings();
+    events.migrateReachSignals(current.legacyCelebrationOnReach.value_or(true),
+                               current.legacyNotificationOnReach.value_or(true));
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "model/StoreState.h"
+
+#include <QByteArray>
+
+// The top level of "event.json".
+struct StoreEnvelope
+{
+    static constexpr qint64 CurrentSchemaVersion = 10;
+
+    // The file's bytes for a state: schema version 10, the pin mirrored into the old
+    // "pinnedEventID" field for a manual pin, the maps and sets as lists in a stable order.
+    static QByteArray encode(const StoreState &state);
+
+    struct Decoded
+    {
+        qint64 schemaVersion = 0;
+        StoreState state;  // as stored: not yet sorted; the pin from "pin" or "pinnedEventID"
+    };
+    // Nothing, with the reason in *error, when the bytes are not an envelope.
+    static std::optional<Decoded> decode(const class JsonValue &root, QString *error);
+};
