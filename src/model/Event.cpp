@@ -37,7 +37,7 @@ QTimeZone Event::zone() const
 
 QDateTime Event::effectiveTarget() const
 {
-    return includeTime ? targetDate : startOfDay(targetDate, zone());
+    return includeTime ? targetDate : startOfDay(targetDate, timeZone);
 }
 
 std::optional<Event> Event::fromJson(const JsonValue &value, QString *error)
@@ -62,12 +62,8 @@ std::optional<Event> Event::fromJson(const JsonValue &value, QString *error)
     event.link = reader.optionalString("link"_L1);
     event.reminderLeadMinutes =
         normalizedReminderLeads(reader.optionalInt64List("reminderLeadMinutes"_L1).value_or(QList<qint64>()));
-    if (const std::optional<QString> direction = reader.optionalString("direction"_L1)) {
-        const auto known = countdownDirectionFromRaw(*direction);
-        if (!known)
-            reader.fail(QStringLiteral("Cannot initialize CountdownDirection from invalid String value ") + *direction);
-        event.direction = known.value_or(CountdownDirection::until);
-    }
+    event.direction = reader.optionalEnum("direction"_L1, "CountdownDirection", countdownDirectionFromRaw)
+                          .value_or(CountdownDirection::until);
     // A colour this version does not know is no colour, never a broken record.
     const JsonValue color = reader.value("color"_L1);
     event.color = color.isString() ? eventColorFromRaw(color.toString()) : std::nullopt;

@@ -24,6 +24,24 @@ bool report(EventStoreError *out, EventStoreError error)
     return false;
 }
 
+// Puts `value` under `key`, or takes the key out when there is no value.
+template<typename Container, typename Value>
+void assign(Container &container, const CalendarSeriesRef &key, const std::optional<Value> &value)
+{
+    if (value)
+        container.insert(key, *value);
+    else
+        container.remove(key);
+}
+
+void assign(QSet<CalendarSeriesRef> &set, const CalendarSeriesRef &key, bool member)
+{
+    if (member)
+        set.insert(key);
+    else
+        set.remove(key);
+}
+
 qsizetype indexOf(const QList<Event> &events, const QUuid &id)
 {
     for (qsizetype i = 0; i < events.size(); ++i) {
@@ -112,10 +130,15 @@ bool EventStore::commit(StoreState next, EventStoreError *error)
         }
     }
     m_unreadableFileOnDisk = false;
-    if (!m_files.writeAtomically(m_paths.eventFile(), StoreEnvelope::encode(next), &reason))
+    if (!m_files.writeAtomically(m_paths.eventFile(), StoreEnvelope::encode(next, &m_encodedEvents), &reason))
         return report(error, {EventStoreError::Kind::writeFailed, reason});
     publish(std::move(next));
     return true;
+}
+
+bool EventStore::commitIfChanged(StoreState next, EventStoreError *error)
+{
+    return next == m_state || commit(std::move(next), error);
 }
 
 void EventStore::publish(StoreState next)
@@ -214,31 +237,22 @@ bool EventStore::setCalendarIcon(const CalendarSeriesRef &series, const std::opt
                                  EventStoreError *error)
 {
     StoreState next = m_state;
-    if (icon)
-        next.calendarIcons.insert(series, *icon);
-    else
-        next.calendarIcons.remove(series);
-    return next == m_state || commit(std::move(next), error);
+    assign(next.calendarIcons, series, icon);
+    return commitIfChanged(std::move(next), error);
 }
 
 bool EventStore::setSeriesHidden(const CalendarSeriesRef &series, bool hidden, EventStoreError *error)
 {
     StoreState next = m_state;
-    if (hidden)
-        next.hiddenCalendarSeries.insert(series);
-    else
-        next.hiddenCalendarSeries.remove(series);
-    return next == m_state || commit(std::move(next), error);
+    assign(next.hiddenCalendarSeries, series, hidden);
+    return commitIfChanged(std::move(next), error);
 }
 
 bool EventStore::setSeriesKept(const CalendarSeriesRef &series, bool kept, EventStoreError *error)
 {
     StoreState next = m_state;
-    if (kept)
-        next.keptCalendarSeries.insert(series);
-    else
-        next.keptCalendarSeries.remove(series);
-    return next == m_state || commit(std::move(next), error);
+    assign(next.keptCalendarSeries, series, kept);
+    return commitIfChanged(std::move(next), error);
 }
 
 bool EventStore::setCalendarReach(const CalendarSeriesRef &series, const CalendarReachSignals &reach,
@@ -246,22 +260,17 @@ bool EventStore::setCalendarReach(const CalendarSeriesRef &series, const Calenda
 {
     StoreState next = m_state;
     // An entry with nothing chosen and nothing pending says no more than a missing one.
-    if (reach.isEmpty())
-        next.calendarReach.remove(series);
-    else
-        next.calendarReach.insert(series, reach);
-    return next == m_state || commit(std::move(next), error);
+    assign(next.calendarReach, series, reach.isEmpty() ? std::nullopt : std::optional(reach));
+    return commitIfChanged(std::move(next), error);
 }
 
 bool EventStore::setCalendarAnnotation(const CalendarSeriesRef &series,
                                        const std::optional<CalendarAnnotation> &annotation, EventStoreError *error)
 {
     StoreState next = m_state;
-    if (annotation && !annotation->isEmpty())
-        next.calendarAnnotations.insert(series, *annotation);
-    else
-        next.calendarAnnotations.remove(series);
-    return next == m_state || commit(std::move(next), error);
+    assign(next.calendarAnnotations, series,
+           annotation && !annotation->isEmpty() ? annotation : std::optional<CalendarAnnotation>());
+    return commitIfChanged(std::move(next), error);
 }
 
 void EventStore::migrateReachSignals(bool celebration, bool notification)

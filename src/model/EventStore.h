@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/EncodedEventCache.h"
 #include "model/EventPatch.h"
 #include "model/FileAccess.h"
 #include "model/PathProvider.h"
@@ -86,12 +87,14 @@ private:
     LoadResult load();
     // Writes `next` and, when that worked, makes it the published state.
     bool commit(StoreState next, EventStoreError *error);
+    bool commitIfChanged(StoreState next, EventStoreError *error);
     bool keepUnreadableFileAside(QString *error);
     void publish(StoreState next);
 
     const PathProvider &m_paths;
     FileAccess &m_files;
     StoreState m_state;
+    EncodedEventCache m_encodedEvents;
     bool m_needsReachSignalMigration = false;
     bool m_unreadableFileOnDisk = false;
 };

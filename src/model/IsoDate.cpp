@@ -46,7 +46,7 @@ unsigned daysInMonth(qint64 y, unsigned m)
     return m == 2 && isLeap(y) ? 29 : days[m - 1];
 }
 
-void appendDigits(QByteArray &out, qint64 value, int width)
+char *writeDigits(char *out, qint64 value, int width)
 {
     char buffer[24];
     int n = 0;
@@ -59,9 +59,20 @@ void appendDigits(QByteArray &out, qint64 value, int width)
     while (n < width)
         buffer[n++] = '0';
     if (negative)
-        out += '-';
+        *out++ = '-';
     while (n)
-        out += buffer[--n];
+        *out++ = buffer[--n];
+    return out;
+}
+
+// A field of exactly `width` digits (value known to fit).
+char *writeFixed(char *out, unsigned value, int width)
+{
+    for (int i = width - 1; i >= 0; --i) {
+        out[i] = char('0' + value % 10);
+        value /= 10;
+    }
+    return out + width;
 }
 
 // Reads exactly `count` ASCII digits at `pos`.
@@ -152,7 +163,7 @@ std::optional<QDateTime> parseChars(const Char *text, qsizetype size)
 
 namespace IsoDate {
 
-void appendTo(QByteArray &out, const QDateTime &instant)
+char *write(char *out, const QDateTime &instant)
 {
     const qint64 ms = instant.toMSecsSinceEpoch();
     qint64 days = ms / 86400000;
@@ -162,28 +173,34 @@ void appendTo(QByteArray &out, const QDateTime &instant)
         --days;
     }
     const Civil civil = civilFromDays(days);
-    appendDigits(out, civil.year, 4);
-    out += '-';
-    appendDigits(out, civil.month, 2);
-    out += '-';
-    appendDigits(out, civil.day, 2);
-    out += 'T';
-    appendDigits(out, rest / 3600000, 2);
-    out += ':';
-    appendDigits(out, rest / 60000 % 60, 2);
-    out += ':';
-    appendDigits(out, rest / 1000 % 60, 2);
-    out += '.';
-    appendDigits(out, rest % 1000, 3);
-    out += 'Z';
+    out = civil.year >= 0 && civil.year <= 9999 ? writeFixed(out, unsigned(civil.year), 4)
+                                                 : writeDigits(out, civil.year, 4);
+    *out++ = '-';
+    out = writeFixed(out, civil.month, 2);
+    *out++ = '-';
+    out = writeFixed(out, civil.day, 2);
+    *out++ = 'T';
+    out = writeFixed(out, unsigned(rest / 3600000), 2);
+    *out++ = ':';
+    out = writeFixed(out, unsigned(rest / 60000 % 60), 2);
+    *out++ = ':';
+    out = writeFixed(out, unsigned(rest / 1000 % 60), 2);
+    *out++ = '.';
+    out = writeFixed(out, unsigned(rest % 1000), 3);
+    *out++ = 'Z';
+    return out;
+}
+
+void appendTo(QByteArray &out, const QDateTime &instant)
+{
+    char buffer[MaxLength];
+    out.append(buffer, write(buffer, instant) - buffer);
 }
 
 QString format(const QDateTime &instant)
 {
-    QByteArray out;
-    out.reserve(24);
-    appendTo(out, instant);
-    return QString::fromLatin1(out);
+    char buffer[MaxLength];
+    return QString::fromLatin1(buffer, write(buffer, instant) - buffer);
 }
 
 std::optional<QDateTime> parse(QStringView text)

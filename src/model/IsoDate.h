@@ -13,6 +13,10 @@ namespace IsoDate {
 
 QString format(const QDateTime &instant);
 void appendTo(QByteArray &out, const QDateTime &instant);
+// The longest text write() makes (years beyond 9999 take more digits).
+constexpr qsizetype MaxLength = 40;
+// Writes the text at `out` and returns the end of it.
+char *write(char *out, const QDateTime &instant);
 
 std::optional<QDateTime> parse(QStringView text);
 std::optional<QDateTime> parse(QByteArrayView utf8);

@@ -7,23 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// Reads an enumeration stored by its raw text; an unknown text fails like a wrong type.
-template<typename Enum, typename FromRaw>
-std::optional<Enum> readEnum(JsonObjectReader &reader, QLatin1StringView key, FromRaw fromRaw)
-{
-    const std::optional<QString> raw = reader.optionalString(key);
-    if (!raw)
-        return std::nullopt;
-    const std::optional<Enum> value = fromRaw(*raw);
-    if (!value)
-        reader.fail(QStringLiteral("Cannot read \"%1\" for key \"%2\"").arg(*raw, key));
-    return value;
-}
-
-} // namespace
-
 std::optional<KeyCombo> KeyCombo::fromJson(const JsonValue &value, QString *error)
 {
     JsonObjectReader reader(value, error);
@@ -87,14 +70,14 @@ std::optional<Settings> Settings::fromJson(const JsonValue &value, QString *erro
     JsonObjectReader reader(value, error);
     Settings s;
     s.schemaVersion = reader.optionalInt64("schemaVersion"_L1).value_or(1);
-    s.language = readEnum<LanguagePref>(reader, "language"_L1, languagePrefFromRaw).value_or(LanguagePref::auto_);
-    s.theme = readEnum<ThemePref>(reader, "theme"_L1, themePrefFromRaw).value_or(ThemePref::auto_);
+    s.language = reader.optionalEnum("language"_L1, "LanguagePref", languagePrefFromRaw).value_or(LanguagePref::auto_);
+    s.theme = reader.optionalEnum("theme"_L1, "ThemePref", themePrefFromRaw).value_or(ThemePref::auto_);
     s.launchAtLogin = reader.optionalBoolean("launchAtLogin"_L1).value_or(false);
     s.legacyCelebrationOnReach = reader.optionalBoolean("showCelebrationOnReach"_L1);
     s.legacyNotificationOnReach = reader.optionalBoolean("showNotificationOnReach"_L1);
     s.menubarTitleLength = clampedTitleLength(reader.optionalInt64("menubarTitleLength"_L1).value_or(16));
     s.legacyMenubarShowsRemaining = reader.optionalBoolean("menubarShowsRemaining"_L1);
-    const std::optional<MenubarStyle> style = readEnum<MenubarStyle>(reader, "menubarStyle"_L1, menubarStyleFromRaw);
+    const std::optional<MenubarStyle> style = reader.optionalEnum("menubarStyle"_L1, "MenubarStyle", menubarStyleFromRaw);
     s.menubarStyle = style.value_or(s.legacyMenubarShowsRemaining.value_or(true) ? MenubarStyle::full
                                                                                  : MenubarStyle::titleOnly);
     const JsonValue overrides = reader.value("shortcutOverrides"_L1);
@@ -108,7 +91,7 @@ std::optional<Settings> Settings::fromJson(const JsonValue &value, QString *erro
             reader.fail(comboError);
     }
     s.calendars = CalendarSettings::fromJson(reader.value("calendars"_L1));
-    s.displayFormat = readEnum<CountdownDisplayFormat>(reader, "displayFormat"_L1, displayFormatFromRaw)
+    s.displayFormat = reader.optionalEnum("displayFormat"_L1, "CountdownDisplayFormat", displayFormatFromRaw)
                           .value_or(CountdownDisplayFormat::automatic);
     s.pastSectionExpanded = reader.optionalBoolean("pastSectionExpanded"_L1).value_or(true);
     s.celebrationConfetti = reader.optionalBoolean("celebrationConfetti"_L1).value_or(true);

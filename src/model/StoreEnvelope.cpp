@@ -1,6 +1,7 @@
 #include "model/StoreEnvelope.h"
 
 #include "calendar/CalendarAssignments.h"
+#include "model/EncodedEventCache.h"
 #include "model/json/JsonObjectReader.h"
 #include "model/json/JsonWriter.h"
 
@@ -37,7 +38,7 @@ void writeSeriesList(JsonWriter &writer, QLatin1StringView key, const QSet<Calen
 
 } // namespace
 
-QByteArray StoreEnvelope::encode(const StoreState &state)
+QByteArray StoreEnvelope::encode(const StoreState &state, EncodedEventCache *cache)
 {
     JsonWriter writer;
     writer.beginObject();
@@ -52,8 +53,12 @@ QByteArray StoreEnvelope::encode(const StoreState &state)
                          return CalendarReachAssignment{s, r};
                      });
     writer.key("events"_L1).beginArray();
-    for (const Event &event : state.events)
-        event.toJson(writer);
+    if (cache) {
+        cache->writeAll(state.events, writer);
+    } else {
+        for (const Event &event : state.events)
+            event.toJson(writer);
+    }
     writer.endArray();
     writeSeriesList(writer, "hiddenCalendarSeries"_L1, state.hiddenCalendarSeries);
     writeSeriesList(writer, "keptCalendarSeries"_L1, state.keptCalendarSeries);

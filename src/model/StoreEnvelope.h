@@ -11,7 +11,8 @@ struct StoreEnvelope
 
     // The file's bytes for a state: schema version 10, the pin mirrored into the old
     // "pinnedEventID" field for a manual pin, the maps and sets as lists in a stable order.
-    static QByteArray encode(const StoreState &state);
+    // With a cache, events unchanged since the last save reuse their bytes.
+    static QByteArray encode(const StoreState &state, class EncodedEventCache *cache = nullptr);
 
     struct Decoded
     {

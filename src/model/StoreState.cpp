@@ -33,6 +33,10 @@ void sortEvents(QList<Event> &events)
     std::stable_sort(keys.begin(), keys.end(), [](const Key &a, const Key &b) {
         if (a.rank != b.rank)
             return a.rank < b.rank;
+        // Count-ups newest first, countdowns soonest first. Arrived events can hold both
+        // directions; there countdowns come before count-ups, which keeps this a proper order.
+        if (a.countUp != b.countUp)
+            return b.countUp;
         return a.countUp ? a.target > b.target : a.target < b.target;
     });
     bool inOrder = true;

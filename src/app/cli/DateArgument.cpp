@@ -3,6 +3,7 @@
 #include "app/cli/CliContext.h"
 #include "model/IsoDate.h"
 #include "parse/NaturalDateParser.h"
+#include "parse/WallTime.h"
 
 std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZone &zone)
 {
@@ -11,7 +12,7 @@ std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZo
         return DateArgument{*instant, true};
     const QDate day = QDate::fromString(trimmed, Qt::ISODate);
     if (day.isValid() && trimmed.size() == 10) {
-        const QDateTime start = day.startOfDay(zone);
+        const QDateTime start = WallTime::startOfDay(day, zone);
         if (start.isValid())
             return DateArgument{start.toUTC(), false};
     }
@@ -19,7 +20,8 @@ std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZo
         const QDateTime local = QDateTime::fromString(trimmed, format);
         if (!local.isValid())
             continue;
-        const QDateTime zoned(local.date(), local.time(), zone);
+        // A wall time skipped by a DST change moves forward; a repeated one is the first.
+        const QDateTime zoned = WallTime::toInstant(local.date(), local.time(), zone);
         if (zoned.isValid())
             return DateArgument{zoned.toUTC(), true};
     }

@@ -2,10 +2,45 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace {
+
 constexpr int MaxDepth = 256;
+constexpr quint64 EveryByte = 0x0101010101010101;
+
+quint64 load8(const char *p)
+{
+    quint64 word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
 }
+
+// Some byte of the word is below `limit` (at most 0x80); may also report a byte just above one
+// that is, which only costs a closer look.
+quint64 anyBelow(quint64 word, quint8 limit)
+{
+    return (word - EveryByte * limit) & ~word & (EveryByte * 0x80);
+}
+
+// Some byte of the eight may end or escape a string: a quote, a backslash or a control character.
+bool mayEndPlainRun(quint64 word)
+{
+    return anyBelow(word ^ (EveryByte * '"'), 1) | anyBelow(word ^ (EveryByte * '\\'), 1) | anyBelow(word, 0x20);
+}
+
+int hexValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+} // namespace
 
 // Recursive-descent parser over the UTF-8 bytes, appending nodes in document order. An object's
 // key node is always followed directly by its value node.
@@ -44,6 +79,12 @@ private:
 
     void skipSpace()
     {
+        // Pretty-printed files are mostly indentation: step over it eight spaces at a time.
+        while (m_p != m_end && *m_p == '\n') {
+            ++m_p;
+            while (m_end - m_p >= 8 && load8(m_p) == EveryByte * ' ')
+                m_p += 8;
+        }
         while (m_p != m_end && (*m_p == ' ' || *m_p == '\n' || *m_p == '\r' || *m_p == '\t'))
             ++m_p;
     }
@@ -100,6 +141,21 @@ private:
         return true;
     }
 
+    // Steps over one escape sequence, from its backslash: one of eight letters or \uXXXX.
+    bool skipEscape()
+    {
+        if (++m_p == m_end)
+            return fail("unterminated string");
+        const char kind = *m_p++;
+        if (kind != 'u')
+            return (kind && std::strchr("\"\\/bfnrt", kind)) || fail("unknown escape");
+        for (int i = 0; i < 4; ++i, ++m_p) {
+            if (m_p == m_end || hexValue(*m_p) < 0)
+                return fail("malformed unicode escape");
+        }
+        return true;
+    }
+
     // Returns the node index (never 0 for a string: the root is node 0) or 0 on error.
     quint32 parseString()
     {
@@ -107,6 +163,8 @@ private:
         const char *start = m_p;
         bool escaped = false;
         while (true) {
+            while (m_end - m_p >= 8 && !mayEndPlainRun(load8(m_p)))
+                m_p += 8;
             if (m_p == m_end) {
                 fail("unterminated string");
                 return 0;
@@ -116,12 +174,11 @@ private:
                 break;
             if (c == '\\') {
                 escaped = true;
-                ++m_p;
-                if (m_p == m_end) {
-                    fail("unterminated string");
+                if (!skipEscape())
                     return 0;
-                }
-            } else if (static_cast<unsigned char>(c) < 0x20) {
+                continue;
+            }
+            if (static_cast<unsigned char>(c) < 0x20) {
                 fail("control character in a string");
                 return 0;
             }
@@ -283,17 +340,6 @@ void appendUtf8(QString &out, QByteArrayView bytes)
     out += QString::fromUtf8(bytes);
 }
 
-int hexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
 QString unescape(QByteArrayView text)
 {
     QString out;
@@ -338,6 +384,13 @@ QString JsonValue::toString() const
     return node().flag ? unescape(raw()) : QString::fromUtf8(raw());
 }
 
+std::optional<QByteArrayView> JsonValue::plainUtf8() const
+{
+    if (!isString() || node().flag)
+        return std::nullopt;
+    return raw();
+}
+
 bool JsonValue::equals(QLatin1StringView text) const
 {
     if (!isString())
@@ -351,8 +404,14 @@ JsonValue JsonValue::operator[](QLatin1StringView key) const
 {
     if (!isObject())
         return {};
-    for (quint32 k = node().first; k; k = m_doc->m_nodes[k].next) {
-        if (JsonValue(m_doc, k).equals(key))
+    const auto &nodes = m_doc->m_nodes;
+    const char *source = m_doc->m_source.constData();
+    for (quint32 k = node().first; k; k = nodes[k].next) {
+        const JsonDocument::Node &name = nodes[k];
+        const bool same = name.flag ? JsonValue(m_doc, k).toString() == key
+                                    : name.length == quint32(key.size())
+                && std::memcmp(source + name.begin, key.data(), name.length) == 0;
+        if (same)
             return JsonValue(m_doc, k + 1);
     }
     return {};

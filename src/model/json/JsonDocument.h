@@ -61,6 +61,8 @@ public:
     // The number as a whole 64-bit integer, or nothing for a fraction or a value out of range.
     std::optional<qint64> toInt64() const;
     QString toString() const;
+    // A string without escapes: its UTF-8 bytes in the source, without a copy.
+    std::optional<QByteArrayView> plainUtf8() const;
     // True when this is a string equal to the given ASCII text (no allocation).
     bool equals(QLatin1StringView text) const;
 

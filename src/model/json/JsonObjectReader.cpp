@@ -48,102 +48,131 @@ JsonValue JsonObjectReader::required(QLatin1StringView key)
     return member(key, true);
 }
 
+namespace {
+
+std::optional<JsonValue> stringValue(const JsonValue &v)
+{
+    return v.isString() ? std::optional(v) : std::nullopt;
+}
+
+std::optional<QString> stringOf(const JsonValue &v)
+{
+    return v.isString() ? std::optional(v.toString()) : std::nullopt;
+}
+
+std::optional<bool> booleanOf(const JsonValue &v)
+{
+    return v.isBool() ? std::optional(v.toBool()) : std::nullopt;
+}
+
+std::optional<qint64> int64Of(const JsonValue &v)
+{
+    return v.toInt64();
+}
+
+std::optional<double> numberOf(const JsonValue &v)
+{
+    return v.isNumber() ? std::optional(v.toDouble()) : std::nullopt;
+}
+
+} // namespace
+
+template<typename Convert>
+auto JsonObjectReader::read(QLatin1StringView key, bool isRequired, const char *expected, Convert convert)
+    -> decltype(convert(JsonValue()))
+{
+    const JsonValue value = member(key, isRequired);
+    if (value.isUndefined())
+        return std::nullopt;
+    auto converted = convert(value);
+    if (!converted)
+        typeMismatch(key, expected, value);
+    return converted;
+}
+
 QString JsonObjectReader::string(QLatin1StringView key)
 {
-    return required(key).isUndefined() ? QString() : optionalString(key).value_or(QString());
+    return read(key, true, "a string", stringOf).value_or(QString());
 }
 
 bool JsonObjectReader::boolean(QLatin1StringView key)
 {
-    return required(key).isUndefined() ? false : optionalBoolean(key).value_or(false);
+    return read(key, true, "a boolean", booleanOf).value_or(false);
 }
 
 qint64 JsonObjectReader::int64(QLatin1StringView key)
 {
-    return required(key).isUndefined() ? 0 : optionalInt64(key).value_or(0);
+    return read(key, true, "a whole number", int64Of).value_or(0);
 }
 
 double JsonObjectReader::number(QLatin1StringView key)
 {
-    return required(key).isUndefined() ? 0 : optionalNumber(key).value_or(0);
+    return read(key, true, "a number", numberOf).value_or(0);
 }
 
 QDateTime JsonObjectReader::date(QLatin1StringView key)
 {
-    return required(key).isUndefined() ? QDateTime() : optionalDate(key).value_or(QDateTime());
+    return readDate(key, true).value_or(QDateTime());
 }
 
 QUuid JsonObjectReader::uuid(QLatin1StringView key)
 {
-    return required(key).isUndefined() ? QUuid() : optionalUuid(key).value_or(QUuid());
+    return readUuid(key, true).value_or(QUuid());
 }
 
 std::optional<QString> JsonObjectReader::optionalString(QLatin1StringView key)
 {
-    const JsonValue value = member(key, false);
-    if (value.isUndefined())
-        return std::nullopt;
-    if (!value.isString()) {
-        typeMismatch(key, "a string", value);
-        return std::nullopt;
-    }
-    return value.toString();
+    return read(key, false, "a string", stringOf);
 }
 
 std::optional<bool> JsonObjectReader::optionalBoolean(QLatin1StringView key)
 {
-    const JsonValue value = member(key, false);
-    if (value.isUndefined())
-        return std::nullopt;
-    if (!value.isBool()) {
-        typeMismatch(key, "a boolean", value);
-        return std::nullopt;
-    }
-    return value.toBool();
+    return read(key, false, "a boolean", booleanOf);
 }
 
 std::optional<qint64> JsonObjectReader::optionalInt64(QLatin1StringView key)
 {
-    const JsonValue value = member(key, false);
-    if (value.isUndefined())
-        return std::nullopt;
-    const std::optional<qint64> number = value.toInt64();
-    if (!number)
-        typeMismatch(key, "a whole number", value);
-    return number;
+    return read(key, false, "a whole number", int64Of);
 }
 
 std::optional<double> JsonObjectReader::optionalNumber(QLatin1StringView key)
 {
-    const JsonValue value = member(key, false);
-    if (value.isUndefined())
-        return std::nullopt;
-    if (!value.isNumber()) {
-        typeMismatch(key, "a number", value);
-        return std::nullopt;
-    }
-    return value.toDouble();
+    return read(key, false, "a number", numberOf);
 }
 
 std::optional<QDateTime> JsonObjectReader::optionalDate(QLatin1StringView key)
 {
-    const std::optional<QString> text = optionalString(key);
-    if (!text)
-        return std::nullopt;
-    std::optional<QDateTime> date = IsoDate::parse(QStringView(*text));
-    if (!date)
-        fail(IsoDate::invalidDateMessage(*text));
-    return date;
+    return readDate(key, false);
 }
 
 std::optional<QUuid> JsonObjectReader::optionalUuid(QLatin1StringView key)
 {
-    const std::optional<QString> text = optionalString(key);
+    return readUuid(key, false);
+}
+
+// Dates and UUIDs are plain ASCII in every file the app writes: they are read from the source
+// bytes without making a QString first.
+std::optional<QDateTime> JsonObjectReader::readDate(QLatin1StringView key, bool isRequired)
+{
+    const std::optional<JsonValue> text = read(key, isRequired, "a string", stringValue);
     if (!text)
         return std::nullopt;
-    const QUuid id = QUuid::fromString(*text);
+    const std::optional<QByteArrayView> plain = text->plainUtf8();
+    std::optional<QDateTime> date = plain ? IsoDate::parse(*plain) : IsoDate::parse(QStringView(text->toString()));
+    if (!date)
+        fail(IsoDate::invalidDateMessage(text->toString()));
+    return date;
+}
+
+std::optional<QUuid> JsonObjectReader::readUuid(QLatin1StringView key, bool isRequired)
+{
+    const std::optional<JsonValue> text = read(key, isRequired, "a string", stringValue);
+    if (!text)
+        return std::nullopt;
+    const std::optional<QByteArrayView> plain = text->plainUtf8();
+    const QUuid id = plain ? QUuid::fromString(QUtf8StringView(*plain)) : QUuid::fromString(text->toString());
     if (id.isNull()) {
-        fail(QStringLiteral("Attempted to decode UUID from invalid UUID string: %1").arg(*text));
+        fail(QStringLiteral("Attempted to decode UUID from invalid UUID string: %1").arg(text->toString()));
         return std::nullopt;
     }
     return id;
@@ -151,41 +180,31 @@ std::optional<QUuid> JsonObjectReader::optionalUuid(QLatin1StringView key)
 
 std::optional<QList<qint64>> JsonObjectReader::optionalInt64List(QLatin1StringView key)
 {
-    const JsonValue value = member(key, false);
-    if (value.isUndefined())
-        return std::nullopt;
-    if (!value.isArray()) {
-        typeMismatch(key, "an array", value);
-        return std::nullopt;
-    }
-    QList<qint64> list;
-    for (const JsonValue element : value.elements()) {
-        const std::optional<qint64> number = element.toInt64();
-        if (!number) {
-            typeMismatch(key, "whole numbers", element);
+    return read(key, false, "an array of whole numbers", [](const JsonValue &v) -> std::optional<QList<qint64>> {
+        if (!v.isArray())
             return std::nullopt;
+        QList<qint64> list;
+        for (const JsonValue element : v.elements()) {
+            const std::optional<qint64> number = element.toInt64();
+            if (!number)
+                return std::nullopt;
+            list.append(*number);
         }
-        list.append(*number);
-    }
-    return list;
+        return list;
+    });
 }
 
 std::optional<QStringList> JsonObjectReader::optionalStringList(QLatin1StringView key)
 {
-    const JsonValue value = member(key, false);
-    if (value.isUndefined())
-        return std::nullopt;
-    if (!value.isArray()) {
-        typeMismatch(key, "an array", value);
-        return std::nullopt;
-    }
-    QStringList list;
-    for (const JsonValue element : value.elements()) {
-        if (!element.isString()) {
-            typeMismatch(key, "strings", element);
+    return read(key, false, "an array of strings", [](const JsonValue &v) -> std::optional<QStringList> {
+        if (!v.isArray())
             return std::nullopt;
+        QStringList list;
+        for (const JsonValue element : v.elements()) {
+            if (!element.isString())
+                return std::nullopt;
+            list.append(element.toString());
         }
-        list.append(element.toString());
-    }
-    return list;
+        return list;
+    });
 }

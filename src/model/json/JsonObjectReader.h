@@ -90,9 +90,30 @@ public:
         return list;
     }
 
+    // An enumeration stored by its raw text; an unknown text fails the record.
+    template<typename FromRaw>
+    auto optionalEnum(QLatin1StringView key, const char *typeName, FromRaw fromRaw)
+        -> decltype(fromRaw(QStringView()))
+    {
+        const std::optional<QString> raw = optionalString(key);
+        if (!raw)
+            return std::nullopt;
+        const auto value = fromRaw(*raw);
+        if (!value)
+            fail(QStringLiteral("Cannot initialize %1 from invalid String value %2")
+                     .arg(QLatin1StringView(typeName), *raw));
+        return value;
+    }
+
     static QString missingKeyMessage(QLatin1StringView key);
 
 private:
+    // Looks the member up once and converts it; a value `convert` refuses is of the wrong type.
+    template<typename Convert>
+    auto read(QLatin1StringView key, bool isRequired, const char *expected, Convert convert)
+        -> decltype(convert(JsonValue()));
+    std::optional<QDateTime> readDate(QLatin1StringView key, bool isRequired);
+    std::optional<QUuid> readUuid(QLatin1StringView key, bool isRequired);
     void typeMismatch(QLatin1StringView key, const char *expected, const JsonValue &found);
     JsonValue member(QLatin1StringView key, bool required);
 

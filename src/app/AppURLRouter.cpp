@@ -1,0 +1,25 @@
+#include "app/AppURLRouter.h"
+
+#include <QUrl>
+
+Q_LOGGING_CATEGORY(lcAppURLRouter, "AppURLRouter")
+
+AppURLRouter::AppURLRouter(std::function<void()> openPopover)
+    : m_openPopover(std::move(openPopover))
+{
+}
+
+void AppURLRouter::route(const QString &link) const
+{
+    const QUrl url(link, QUrl::StrictMode);
+    if (!url.isValid())
+        return;
+    const QString scheme = url.scheme();
+    if (!scheme.isEmpty() && scheme.toLower() == QLatin1String("tarrow")) {
+        m_openPopover();
+        return;
+    }
+    qCCritical(lcAppURLRouter).noquote()
+        << QStringLiteral("Ignored a link Tarrow does not own: %1")
+               .arg(scheme.isEmpty() ? QStringLiteral("?") : scheme);
+}

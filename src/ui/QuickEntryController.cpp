@@ -1,0 +1,95 @@
+#include "ui/QuickEntryController.h"
+
+#include "model/Event.h"
+#include "model/EventStore.h"
+#include "model/TimeZones.h"
+#include "time/Clock.h"
+
+#include <QTimeZone>
+#include <QUuid>
+#include <QtConcurrent/QtConcurrentRun>
+
+Q_LOGGING_CATEGORY(lcQuickEntry, "QuickEntry")
+
+QuickEntryController::QuickEntryController(EventStore &store, const Clock &clock,
+                                           Suggester suggester, QObject *parent)
+    : QObject(parent)
+    , m_store(store)
+    , m_clock(clock)
+    , m_suggester(std::move(suggester))
+{
+}
+
+void QuickEntryController::setText(const QString &text)
+{
+    if (m_text == text)
+        return;
+    m_text = text;
+    Q_EMIT textChanged();
+
+    const quint64 generation = ++m_generation;
+    if (text.trimmed().isEmpty()) {
+        applySuggestion(generation, std::nullopt);
+        return;
+    }
+    // Answers may come back out of order; only the one for the newest text is applied.
+    QtConcurrent::run([suggester = m_suggester, text, now = m_clock.now()] {
+        return suggester(text, now);
+    }).then(this, [this, generation](const std::optional<NaturalDateMatch> &suggestion) {
+        applySuggestion(generation, suggestion);
+    });
+}
+
+void QuickEntryController::applySuggestion(quint64 generation,
+                                           const std::optional<NaturalDateMatch> &suggestion)
+{
+    if (generation != m_generation)
+        return;
+    setSuggestion(suggestion);
+    m_settledGeneration = generation;
+    Q_EMIT suggestionSettled();
+}
+
+void QuickEntryController::setSuggestion(const std::optional<NaturalDateMatch> &suggestion)
+{
+    if (m_suggestion == suggestion)
+        return;
+    m_suggestion = suggestion;
+    Q_EMIT suggestionChanged();
+}
+
+bool QuickEntryController::submit()
+{
+    const QString typed = m_text.trimmed();
+    if (typed.isEmpty())
+        return false;
+    const QDateTime now = m_clock.now();
+    // The field may be submitted before the worker answered for the latest keystroke.
+    const std::optional<NaturalDateMatch> suggestion =
+        m_settledGeneration == m_generation ? m_suggestion : m_suggester(typed, now);
+
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    Event event;
+    event.id = QUuid::createUuid();
+    event.createdAt = now;
+    event.timeZone = QString::fromUtf8(zone.id());
+    if (suggestion) {
+        event.title = suggestion->cleanedTitle.trimmed().isEmpty()
+            ? typed
+            : suggestion->cleanedTitle.trimmed();
+        event.targetDate = suggestion->date.toUTC();
+        event.includeTime = suggestion->includeTime;
+    } else {
+        event.title = typed;
+        event.targetDate = startOfDay(now.addDays(1), zone);
+        event.includeTime = false;
+    }
+    EventStoreError error;
+    if (!m_store.addEvent(event, &error)) {
+        qCWarning(lcQuickEntry).noquote()
+            << QStringLiteral("Failed to add a countdown: %1").arg(error.description);
+        return false;
+    }
+    setText(QString());
+    return true;
+}
