@@ -156,20 +156,10 @@ void AppDelegate::installStatusItem()
         return;
     }
     // Panels that open a menu on a click (GNOME's extension) need "Show countdowns…" first.
-    const auto text = [this](const QString &key, const QString &english) {
-        const QString translated = m_localeManager->text(key);
-        return translated == key ? english : translated;
-    };
     m_statusItemHost->setMenuEntries({
-        {text(QStringLiteral("menubar.menu.show"), QStringLiteral("Show countdowns…")),
-         [this] {
-             openPopover();
-         }},
+        {m_localeManager->text(QStringLiteral("menubar.menu.show")), [this] { openPopover(); }},
         {QString(), {}},
-        {text(QStringLiteral("menubar.menu.quit"), QStringLiteral("Quit Tarrow")),
-         [] {
-             QCoreApplication::quit();
-         }},
+        {m_localeManager->text(QStringLiteral("menubar.menu.quit")), [] { QCoreApplication::quit(); }},
     });
     m_statusItemController = std::make_unique<StatusItemController>(
         *m_statusItemHost, *m_countdownEngine, *m_settingsStore, *m_localeManager);

@@ -1,6 +1,5 @@
 #include "menubar/CountdownItem.h"
 
-#include "menubar/DayStart.h"
 #include "model/TimeZones.h"
 
 CountdownItem::CountdownItem(Payload payload, qint64 dateMSecs, qint64 orderingMSecs, quint16 flags)
@@ -13,8 +12,7 @@ CountdownItem::CountdownItem(Payload payload, qint64 dateMSecs, qint64 orderingM
 
 CountdownItem CountdownItem::manual(Event event)
 {
-    const QDateTime target =
-        event.includeTime ? event.targetDate : DayStart::of(event.targetDate, event.timeZone);
+    const QDateTime target = event.effectiveTarget();
     const qint64 msecs = target.toMSecsSinceEpoch();
     quint16 flags = Manual;
     if (event.direction == CountdownDirection::since)
@@ -33,7 +31,7 @@ CountdownItem CountdownItem::calendar(CalendarOccurrence occurrence)
 {
     const qint64 start = occurrence.start.toMSecsSinceEpoch();
     const qint64 ordering = occurrence.isAllDay
-        ? DayStart::of(occurrence.start, occurrence.timeZoneID).toMSecsSinceEpoch()
+        ? startOfDay(occurrence.start, occurrence.timeZoneID).toMSecsSinceEpoch()
         : start;
     quint16 flags = 0;
     if (occurrence.isHidden)

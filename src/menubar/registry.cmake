@@ -11,8 +11,6 @@ target_sources(tarrow_menubar PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/CountdownRegistry.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CountdownSearch.h
     ${CMAKE_CURRENT_LIST_DIR}/CountdownSearch.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/DayStart.h
-    ${CMAKE_CURRENT_LIST_DIR}/DayStart.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MenubarSubject.h
     ${CMAKE_CURRENT_LIST_DIR}/MenubarSubject.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PinResolver.h

@@ -12,7 +12,7 @@ void EncodedEventCache::writeAll(const QList<Event> &events, JsonWriter &writer)
         if (cached == m_entries.end() || !(cached->event == event)) {
             JsonWriter fragment(elementDepth);
             event.toJson(fragment);
-            cached = m_entries.insert(event.id, Entry{event, fragment.finishFragment()});
+            cached = m_entries.insert(event.id, Entry {event, fragment.finishFragment()});
         }
         writer.encoded(cached->json);
         kept.insert(event.id, std::move(*cached));

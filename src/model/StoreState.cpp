@@ -27,8 +27,8 @@ void sortEvents(QList<Event> &events)
     keys.reserve(events.size());
     for (qsizetype i = 0; i < events.size(); ++i) {
         const Event &event = events.at(i);
-        keys.append(Key{rankOf(event), event.direction == CountdownDirection::since,
-                        event.effectiveTarget().toMSecsSinceEpoch(), i});
+        keys.append(Key {rankOf(event), event.direction == CountdownDirection::since,
+                         event.effectiveTarget().toMSecsSinceEpoch(), i});
     }
     std::stable_sort(keys.begin(), keys.end(), [](const Key &a, const Key &b) {
         if (a.rank != b.rank)

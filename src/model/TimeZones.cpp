@@ -66,7 +66,7 @@ QDateTime startOfDay(const QDateTime &instant, const QString &ianaId)
         zone = cache.zones.insert(ianaId, named);
     }
     const QTimeZone &dayZone = *zone;
-    const DayKey key{ianaId, instant.toMSecsSinceEpoch()};
+    const DayKey key {ianaId, instant.toMSecsSinceEpoch()};
     const auto known = cache.dayStarts.constFind(key);
     if (known != cache.dayStarts.constEnd())
         return *known;

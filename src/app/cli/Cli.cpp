@@ -3,6 +3,8 @@
 #include "app/cli/CliContext.h"
 #include "app/cli/CommandTable.h"
 
+#include <iterator>
+
 namespace {
 
 const QString DataDirOption = QStringLiteral("--data-dir");
@@ -74,9 +76,23 @@ bool wantsCommandLine(const QStringList &arguments)
     return isHelp(first) || (!first.startsWith(u'-') && !first.contains(u':'));
 }
 
-int run(const QStringList &arguments, const Clock &clock, QTextStream &out, QTextStream &err, QTextStream &in)
+QString commandName(const QStringList &arguments)
 {
-    const auto commands = allCliCommands();
+    const Invocation invocation = splitGlobalOptions(arguments);
+    return invocation.rest.isEmpty() ? QString() : invocation.rest.first();
+}
+
+int run(const QStringList &arguments, const Clock &clock, QTextStream &out, QTextStream &err,
+        QTextStream &in)
+{
+    return run(arguments, {}, clock, out, err, in);
+}
+
+int run(const QStringList &arguments, std::vector<std::unique_ptr<CliCommand>> extra,
+        const Clock &clock, QTextStream &out, QTextStream &err, QTextStream &in)
+{
+    auto commands = allCliCommands();
+    std::move(extra.begin(), extra.end(), std::back_inserter(commands));
     Invocation invocation = splitGlobalOptions(arguments);
     CliContext context(invocation.dataDir, clock, out, err, in);
     if (!invocation.error.isEmpty())

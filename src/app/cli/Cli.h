@@ -1,6 +1,11 @@
 #pragma once
 
+#include "app/cli/CliCommand.h"
+
 #include <QStringList>
+
+#include <memory>
+#include <vector>
 
 class Clock;
 class QTextStream;
@@ -12,8 +17,15 @@ namespace Cli {
 // than for the tray application.
 bool wantsCommandLine(const QStringList &arguments);
 
+// The subcommand the arguments name (after the global options), or an empty string.
+QString commandName(const QStringList &arguments);
+
 // Runs the subcommand and returns the process exit code.
-int run(const QStringList &arguments, const Clock &clock, QTextStream &out, QTextStream &err, QTextStream &in);
+int run(const QStringList &arguments, const Clock &clock, QTextStream &out, QTextStream &err,
+        QTextStream &in);
+// The same with the commands of the core plus `extra` (the GUI build adds render-chip).
+int run(const QStringList &arguments, std::vector<std::unique_ptr<CliCommand>> extra,
+        const Clock &clock, QTextStream &out, QTextStream &err, QTextStream &in);
 
 // The names of the subcommands, for messages that point to them.
 QStringList commandNames();

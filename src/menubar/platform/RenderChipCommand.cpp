@@ -5,40 +5,17 @@
 #include "app/cli/DateArgument.h"
 #include "app/l10n/LocaleManager.h"
 #include "app/l10n/SupportedLanguages.h"
-#include "menubar/CountdownRegistry.h"
 #include "menubar/platform/ChipRenderer.h"
 #include "menubar/platform/StatusItemController.h"
 #include "menubar/platform/TrayIconRenderer.h"
 #include "model/SettingsStore.h"
-#include "time/CountdownEngine.h"
-#include "time/TickScheduler.h"
+#include "time/SinglePassEngine.h"
 
 #include <QGuiApplication>
 
 #include <memory>
 
 namespace {
-
-class InstantClock final : public Clock
-{
-public:
-    explicit InstantClock(QDateTime now)
-        : m_now(std::move(now))
-    {
-    }
-    QDateTime now() const override { return m_now; }
-
-private:
-    QDateTime m_now;
-};
-
-// One pass needs no tick.
-class IdleTickScheduler final : public TickScheduler
-{
-public:
-    void schedule(std::chrono::seconds, std::function<void()>) override { }
-    void cancel() override { }
-};
 
 // Fonts and painting need a QGuiApplication; a command line run without one gets an offscreen one.
 std::unique_ptr<QGuiApplication> ensureGuiApplication()
@@ -113,13 +90,8 @@ int RenderChipCommand::run(const QStringList &arguments, CliContext &context)
 
     EventStore &store = context.data().events();
     const Settings &settings = context.data().settings().settings();
-    const InstantClock clock(now);
-    IdleTickScheduler scheduler;
-    CountdownRegistry registry(store);
-    CountdownEngine engine(store, registry, clock, scheduler);
-    engine.runFullPass();
-
-    MenubarChipInputs inputs = StatusItemController::inputsFrom(engine, settings);
+    const SinglePassEngine pass(store, now);
+    MenubarChipInputs inputs = StatusItemController::inputsFrom(pass.engine(), settings);
     if (chosenStyle) {
         inputs.style = *chosenStyle;
     }
