@@ -5,8 +5,8 @@
 #include "app/l10n/LocaleManager.h"
 #include "app/platform/XdgAutostart.h"
 #include "menubar/CountdownRegistry.h"
+#include "menubar/platform/AutoStatusItemHost.h"
 #include "menubar/platform/StatusItemController.h"
-#include "menubar/platform/StatusNotifierItem.h"
 #include "menubar/platform/SystemTrayIconHost.h"
 #include "model/EventStore.h"
 #include "model/PathProvider.h"
@@ -141,25 +141,32 @@ void AppDelegate::installInterface()
 void AppDelegate::installStatusItem()
 {
     // A StatusNotifierItem registers whenever the panel's watcher appears, so a login launch that
-    // beats the panel still shows up once the panel is there. Without a session bus, the XEmbed
-    // tray of the X11 panel is the only host left.
+    // beats the panel still shows up once the panel is there; when no panel takes it and the X11
+    // session has an XEmbed tray, the classic tray icon stands in. Without a session bus, the
+    // XEmbed tray is the only host left.
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
-        auto item = std::make_unique<StatusNotifierItem>(bus);
-        if (item->start())
-            m_statusItemHost = std::move(item);
-    }
-    if (!m_statusItemHost && SystemTrayIconHost::isAvailable())
+        auto host = std::make_unique<AutoStatusItemHost>(bus);
+        host->start();
+        m_statusItemHost = std::move(host);
+    } else if (SystemTrayIconHost::isAvailable()) {
         m_statusItemHost = std::make_unique<SystemTrayIconHost>();
+    }
     if (!m_statusItemHost) {
         qCWarning(lcAppDelegate) << "No panel tray to show the status item in";
         return;
     }
     // Panels that open a menu on a click (GNOME's extension) need "Show countdowns…" first.
     m_statusItemHost->setMenuEntries({
-        {m_localeManager->text(QStringLiteral("menubar.menu.show")), [this] { openPopover(); }},
+        {m_localeManager->text(QStringLiteral("menubar.menu.show")),
+         [this] {
+             openPopover();
+         }},
         {QString(), {}},
-        {m_localeManager->text(QStringLiteral("menubar.menu.quit")), [] { QCoreApplication::quit(); }},
+        {m_localeManager->text(QStringLiteral("menubar.menu.quit")),
+         [] {
+             QCoreApplication::quit();
+         }},
     });
     m_statusItemController = std::make_unique<StatusItemController>(
         *m_statusItemHost, *m_countdownEngine, *m_settingsStore, *m_localeManager);
