@@ -7,6 +7,7 @@
 
 #include <QTimeZone>
 #include <QUuid>
+#include <QFutureWatcher>
 #include <QtConcurrent/QtConcurrentRun>
 
 Q_LOGGING_CATEGORY(lcQuickEntry, "QuickEntry")
@@ -32,12 +33,18 @@ void QuickEntryController::setText(const QString &text)
         applySuggestion(generation, std::nullopt);
         return;
     }
-    // Answers may come back out of order; only the one for the newest text is applied.
-    QtConcurrent::run([suggester = m_suggester, text, now = m_clock.now()] {
-        return suggester(text, now);
-    }).then(this, [this, generation](const std::optional<NaturalDateMatch> &suggestion) {
-        applySuggestion(generation, suggestion);
+    // Answers may come back out of order; only the one for the newest text is applied. The
+    // watcher belongs to this controller, so an answer that arrives after the controller is gone
+    // is dropped (QFuture::then with a context object asserts in that case in Qt 6.4).
+    using Watcher = QFutureWatcher<std::optional<NaturalDateMatch>>;
+    auto *watcher = new Watcher(this);
+    connect(watcher, &Watcher::finished, this, [this, watcher, generation] {
+        applySuggestion(generation, watcher->result());
+        watcher->deleteLater();
     });
+    watcher->setFuture(QtConcurrent::run([suggester = m_suggester, text, now = m_clock.now()] {
+        return suggester(text, now);
+    }));
 }
 
 void QuickEntryController::applySuggestion(quint64 generation,
