@@ -3,12 +3,12 @@
 // calendar refresh. Targets (build with -DCMAKE_BUILD_TYPE=Release): a pass under 1 ms, a rebuild
 // under 5 ms. Prints the median of each.
 
-#include "calendar/CalendarSource.h"
-#include "menubar/CountdownRegistry.h"
-#include "model/EventStore.h"
+#include "countdown/CalendarSource.h"
+#include "countdown/CountdownEngine.h"
+#include "countdown/CountdownRegistry.h"
+#include "countdown/TickScheduler.h"
+#include "storage/EventStore.h"
 #include "time/Clock.h"
-#include "time/CountdownEngine.h"
-#include "time/TickScheduler.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -4,9 +4,9 @@
 // (build with -DCMAKE_BUILD_TYPE=Release): load under 40 ms, one change including the write under
 // 25 ms.
 
-#include "model/EventStore.h"
-#include "model/StoreEnvelope.h"
-#include "model/json/JsonDocument.h"
+#include "storage/EventStore.h"
+#include "storage/StoreEnvelope.h"
+#include "json/JsonDocument.h"
 
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -324,12 +324,14 @@ int main(int argc, char **argv)
     // The store keeps each event's bytes between saves; only the first save after a load
     // encodes every event.
     std::unique_ptr<EventStore> fresh;
-    printRow(out, u"  the first change after a load"_qs, measure([&](int run) {
-                 EventPatch patch;
-                 patch.title = u"First "_qs + QString::number(run);
-                 fresh->updateEvent(events.at((run + 7) * 211 % EventCount).id, patch);
-             },
-             [&] { fresh = std::make_unique<EventStore>(paths, files); }));
+    printRow(out, u"  the first change after a load"_qs,
+             measure(
+                 [&](int run) {
+                     EventPatch patch;
+                     patch.title = u"First "_qs + QString::number(run);
+                     fresh->updateEvent(events.at((run + 7) * 211 % EventCount).id, patch);
+                 },
+                 [&] { fresh = std::make_unique<EventStore>(paths, files); }));
     fresh.reset();
 
     out << Qt::endl << "parts" << Qt::endl;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/TrayApplication.h"
-#include "model/FileAccess.h"
+#include "storage/FileAccess.h"
 #include "time/Clock.h"
 
 #include <QLoggingCategory>

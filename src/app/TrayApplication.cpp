@@ -1,9 +1,9 @@
 #include "app/TrayApplication.h"
 
 #include "app/AppDelegate.h"
-#include "app/SingleInstance.h"
-#include "app/cli/Cli.h"
-#include "model/PathProvider.h"
+#include "cli/Cli.h"
+#include "platform/session/SingleInstance.h"
+#include "storage/PathProvider.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "ui/CountdownListModel.h"
 
-#include "menubar/CountdownRegistry.h"
+#include "countdown/CountdownRegistry.h"
 #include "time/Clock.h"
 
 CountdownListModel::CountdownListModel(const CountdownRegistry &registry, const Clock &clock,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "menubar/CountdownItem.h"
+#include "countdown/CountdownItem.h"
 
 #include <QAbstractListModel>
 #include <QDateTime>

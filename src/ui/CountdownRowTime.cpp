@@ -1,8 +1,8 @@
 #include "ui/CountdownRowTime.h"
 
-#include "app/l10n/LanguageTable.h"
+#include "countdown/CountdownProgress.h"
+#include "l10n/LanguageTable.h"
 #include "time/CountdownFormatter.h"
-#include "time/CountdownProgress.h"
 #include "time/Remaining.h"
 
 CountdownRowTime countdownRowTime(const CountdownItem &item, const QDateTime &now,

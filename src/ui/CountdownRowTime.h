@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/SettingsTypes.h"
+#include "records/SettingsTypes.h"
 #include "ui/CountdownListModel.h"
 
 class LanguageTable;

@@ -1,13 +1,13 @@
 #include "ui/QuickEntryController.h"
 
-#include "model/Event.h"
-#include "model/EventStore.h"
-#include "model/TimeZones.h"
+#include "records/Event.h"
+#include "records/TimeZones.h"
+#include "storage/EventStore.h"
 #include "time/Clock.h"
 
+#include <QFutureWatcher>
 #include <QTimeZone>
 #include <QUuid>
-#include <QFutureWatcher>
 #include <QtConcurrent/QtConcurrentRun>
 
 Q_LOGGING_CATEGORY(lcQuickEntry, "QuickEntry")
@@ -42,9 +42,8 @@ void QuickEntryController::setText(const QString &text)
         applySuggestion(generation, watcher->result());
         watcher->deleteLater();
     });
-    watcher->setFuture(QtConcurrent::run([suggester = m_suggester, text, now = m_clock.now()] {
-        return suggester(text, now);
-    }));
+    watcher->setFuture(QtConcurrent::run(
+        [suggester = m_suggester, text, now = m_clock.now()] { return suggester(text, now); }));
 }
 
 void QuickEntryController::applySuggestion(quint64 generation,

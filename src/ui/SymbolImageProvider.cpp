@@ -1,6 +1,6 @@
 #include "ui/SymbolImageProvider.h"
 
-#include "menubar/platform/IconSet.h"
+#include "platform/tray/IconSet.h"
 
 #include <QColor>
 

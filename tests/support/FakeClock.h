@@ -6,8 +6,8 @@
 class FakeClock final : public Clock
 {
 public:
-    explicit FakeClock(QDateTime start = QDateTime::fromString(QStringLiteral("2026-03-01T12:00:00Z"),
-                                                               Qt::ISODate))
+    explicit FakeClock(QDateTime start = QDateTime::fromString(
+                           QStringLiteral("2026-03-01T12:00:00Z"), Qt::ISODate))
         : m_now(start.toUTC())
     {
     }

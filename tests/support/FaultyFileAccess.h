@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/FileAccess.h"
+#include "storage/FileAccess.h"
 
 // The real disk, with switches that make reads or writes fail the way a full or read-only disk
 // would (running as root, a read-only folder does not stop writes, so tests inject the failure).

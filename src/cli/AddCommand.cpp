@@ -1,0 +1,67 @@
+#include "cli/AddCommand.h"
+
+#include "cli/CliContext.h"
+#include "cli/CommandArguments.h"
+#include "cli/DateArgument.h"
+#include "records/Event.h"
+
+QString AddCommand::usage() const
+{
+    return QStringLiteral("add TITLE [--date ISO8601] [--all-day] [--since] [--time-zone ZONE]");
+}
+
+int AddCommand::run(const QStringList &arguments, CliContext &context)
+{
+    CommandArguments args({
+        QCommandLineOption(QStringLiteral("date"), QString(), QStringLiteral("ISO8601")),
+        QCommandLineOption(QStringLiteral("all-day")),
+        QCommandLineOption(QStringLiteral("since")),
+        QCommandLineOption(QStringLiteral("time-zone"), QString(), QStringLiteral("ZONE")),
+    });
+    if (!args.parse(arguments, context, 1, 1, usage()))
+        return 1;
+
+    const std::optional<QTimeZone> zone =
+        zoneArgument(args.value(QStringLiteral("time-zone")), context);
+    if (!zone)
+        return 1;
+    const QString title = args.positional().constFirst().trimmed();
+    if (title.isEmpty())
+        return context.fail(QStringLiteral("the title is empty"));
+
+    Event event;
+    event.schemaVersion = Event::CurrentSchemaVersion;
+    event.id = QUuid::createUuid();
+    event.title = title;
+    event.timeZone = QString::fromUtf8(zone->id());
+    event.createdAt = context.clock().now();
+    event.direction =
+        args.isSet(QStringLiteral("since")) ? CountdownDirection::since : CountdownDirection::until;
+
+    if (args.isSet(QStringLiteral("date"))) {
+        const std::optional<DateArgument> date =
+            parseDateArgument(args.value(QStringLiteral("date")), *zone);
+        if (!date)
+            return context.fail(
+                QStringLiteral("\"%1\" is not a date: write it as ISO 8601, for example "
+                               "2026-12-24, 2026-12-24T18:30 or 2026-12-24T18:30:00Z")
+                    .arg(args.value(QStringLiteral("date"))));
+        event.targetDate = date->instant;
+        event.includeTime = date->hasTime && !args.isSet(QStringLiteral("all-day"));
+    } else {
+        const std::optional<TitleDate> found = dateFromTitle(
+            title, context.clock().now(), *zone, event.direction == CountdownDirection::since);
+        if (!found)
+            return context.fail(
+                QStringLiteral("no date in \"%1\": give one with --date ISO8601").arg(title));
+        event.title = found->title;
+        event.targetDate = found->instant;
+        event.includeTime = found->hasTime && !args.isSet(QStringLiteral("all-day"));
+    }
+
+    EventStoreError error;
+    if (!context.data().events().addEvent(event, &error))
+        return reportStoreError(error, context);
+    context.out() << event.id.toString(QUuid::WithoutBraces).toUpper() << '\n';
+    return 0;
+}

@@ -1,0 +1,57 @@
+#include "calendar/CalendarRules.h"
+
+CalendarAccountKind accountKind(const CalendarAccountFacts &facts)
+{
+    if (facts.isBirthdayCalendar)
+        return CalendarAccountKind::birthdays;
+    if (facts.isSubscribed)
+        return CalendarAccountKind::subscribed;
+    if (!facts.sourceType)
+        return CalendarAccountKind::other;
+    switch (*facts.sourceType) {
+    case CalendarSourceType::local:
+        return CalendarAccountKind::onThisMac;
+    case CalendarSourceType::exchange:
+        return CalendarAccountKind::exchange;
+    case CalendarSourceType::calDAV: {
+        const QString title = facts.sourceTitle.toLower();
+        return title.contains(u"google") || title.contains(u"gmail") ? CalendarAccountKind::google
+                                                                     : CalendarAccountKind::other;
+    }
+    case CalendarSourceType::cloud:
+        return CalendarAccountKind::iCloud;
+    case CalendarSourceType::subscribed:
+        return CalendarAccountKind::subscribed;
+    case CalendarSourceType::birthdays:
+        return CalendarAccountKind::birthdays;
+    case CalendarSourceType::other:
+        break;
+    }
+    return CalendarAccountKind::other;
+}
+
+CalendarParticipation participation(const QList<AttendeeFacts> &attendees)
+{
+    for (const AttendeeFacts &attendee : attendees) {
+        if (!attendee.isCurrentUser)
+            continue;
+        switch (attendee.status) {
+        case AttendeeStatus::pending:
+            return CalendarParticipation::pending;
+        case AttendeeStatus::accepted:
+            return CalendarParticipation::accepted;
+        case AttendeeStatus::declined:
+            return CalendarParticipation::declined;
+        case AttendeeStatus::tentative:
+            return CalendarParticipation::tentative;
+        default:
+            return CalendarParticipation::notAnAttendee;
+        }
+    }
+    return CalendarParticipation::notAnAttendee;
+}
+
+QString seriesIdentifier(const QString &externalID, const QString &localID)
+{
+    return externalID.isEmpty() ? localID : externalID;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "countdown/CountdownEngine.h"
+#include "countdown/CountdownRegistry.h"
+#include "countdown/TickScheduler.h"
+#include "time/Clock.h"
+
+// The menu bar's view of the data at one instant, for front ends that run once (the command
+// line): a registry and an engine over `store` with the clock standing at `now`, after one full
+// pass. The pass stamps arrivals and clears spent pins in the store exactly as the app does.
+class SinglePassEngine
+{
+public:
+    SinglePassEngine(EventStore &store, const QDateTime &now);
+
+    const CountdownEngine &engine() const { return m_engine; }
+    const CountdownRegistry &registry() const { return m_registry; }
+
+private:
+    class StandingClock final : public Clock
+    {
+    public:
+        explicit StandingClock(const QDateTime &now)
+            : m_now(now)
+        {
+        }
+        QDateTime now() const override { return m_now; }
+
+    private:
+        QDateTime m_now;
+    };
+
+    StandingClock m_clock;
+    NoTickScheduler m_scheduler;
+    CountdownRegistry m_registry;
+    CountdownEngine m_engine;
+};

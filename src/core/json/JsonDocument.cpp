@@ -1,0 +1,491 @@
+#include "json/JsonDocument.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr int MaxDepth = 256;
+constexpr quint64 EveryByte = 0x0101010101010101;
+
+quint64 load8(const char *p)
+{
+    quint64 word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
+}
+
+// Some byte of the word is below `limit` (at most 0x80); may also report a byte just above one
+// that is, which only costs a closer look.
+quint64 anyBelow(quint64 word, quint8 limit)
+{
+    return (word - EveryByte * limit) & ~word & (EveryByte * 0x80);
+}
+
+// Some byte of the eight may end or escape a string: a quote, a backslash or a control character.
+bool mayEndPlainRun(quint64 word)
+{
+    return anyBelow(word ^ (EveryByte * '"'), 1) | anyBelow(word ^ (EveryByte * '\\'), 1)
+        | anyBelow(word, 0x20);
+}
+
+int hexValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+} // namespace
+
+// Recursive-descent parser over the UTF-8 bytes, appending nodes in document order. An object's
+// key node is always followed directly by its value node.
+class JsonParser
+{
+public:
+    JsonParser(const QByteArray &source, std::vector<JsonDocument::Node> &nodes)
+        : m_p(source.constData())
+        , m_begin(source.constData())
+        , m_end(source.constData() + source.size())
+        , m_nodes(nodes)
+    {
+    }
+
+    bool parseDocument()
+    {
+        skipSpace();
+        if (!parseValue(0))
+            return false;
+        skipSpace();
+        if (m_p != m_end)
+            return fail("unexpected text after the document");
+        return true;
+    }
+
+    QString error() const { return m_error; }
+
+private:
+    using Node = JsonDocument::Node;
+    using Type = JsonDocument::Type;
+
+    bool fail(const char *what)
+    {
+        if (m_error.isEmpty())
+            m_error = QStringLiteral("Malformed JSON at byte %1: %2")
+                          .arg(m_p - m_begin)
+                          .arg(QLatin1StringView(what));
+        return false;
+    }
+
+    void skipSpace()
+    {
+        // Pretty-printed files are mostly indentation: step over it eight spaces at a time.
+        while (m_p != m_end && *m_p == '\n') {
+            ++m_p;
+            while (m_end - m_p >= 8 && load8(m_p) == EveryByte * ' ')
+                m_p += 8;
+        }
+        while (m_p != m_end && (*m_p == ' ' || *m_p == '\n' || *m_p == '\r' || *m_p == '\t'))
+            ++m_p;
+    }
+
+    quint32 append(Type type)
+    {
+        m_nodes.push_back(Node {type, false, 0, 0, 0, 0});
+        return quint32(m_nodes.size() - 1);
+    }
+
+    bool parseValue(int depth)
+    {
+        if (m_p == m_end)
+            return fail("unexpected end of the document");
+        switch (*m_p) {
+        case '{':
+            return parseObject(depth + 1);
+        case '[':
+            return parseArray(depth + 1);
+        case '"':
+            return parseString() != 0;
+        case 't':
+            return parseLiteral("true", Type::Bool, true);
+        case 'f':
+            return parseLiteral("false", Type::Bool, false);
+        case 'n':
+            return parseLiteral("null", Type::Null, false);
+        default:
+            return parseNumber();
+        }
+    }
+
+    bool parseLiteral(const char *word, Type type, bool value)
+    {
+        const qsizetype length = qsizetype(strlen(word));
+        if (m_end - m_p < length || memcmp(m_p, word, size_t(length)) != 0)
+            return fail("unknown literal");
+        m_p += length;
+        m_nodes[append(type)].flag = value;
+        return true;
+    }
+
+    bool parseNumber()
+    {
+        const char *start = m_p;
+        if (m_p != m_end && *m_p == '-')
+            ++m_p;
+        const char *digits = m_p;
+        while (m_p != m_end
+               && ((*m_p >= '0' && *m_p <= '9') || *m_p == '.' || *m_p == 'e' || *m_p == 'E'
+                   || *m_p == '+' || *m_p == '-'))
+            ++m_p;
+        if (m_p == digits || *digits < '0' || *digits > '9')
+            return fail("expected a value");
+        const quint32 index = append(Type::Number);
+        m_nodes[index].begin = quint32(start - m_begin);
+        m_nodes[index].length = quint32(m_p - start);
+        double check;
+        const auto result = std::from_chars(start, m_p, check);
+        if (result.ec == std::errc::invalid_argument || result.ptr != m_p)
+            return fail("malformed number");
+        return true;
+    }
+
+    // Steps over one escape sequence, from its backslash: one of eight letters or \uXXXX.
+    bool skipEscape()
+    {
+        if (++m_p == m_end)
+            return fail("unterminated string");
+        const char kind = *m_p++;
+        if (kind != 'u')
+            return (kind && std::strchr("\"\\/bfnrt", kind)) || fail("unknown escape");
+        for (int i = 0; i < 4; ++i, ++m_p) {
+            if (m_p == m_end || hexValue(*m_p) < 0)
+                return fail("malformed unicode escape");
+        }
+        return true;
+    }
+
+    // Returns the node index (never 0 for a string: the root is node 0) or 0 on error.
+    quint32 parseString()
+    {
+        ++m_p; // opening quote
+        const char *start = m_p;
+        bool escaped = false;
+        while (true) {
+            while (m_end - m_p >= 8 && !mayEndPlainRun(load8(m_p)))
+                m_p += 8;
+            if (m_p == m_end) {
+                fail("unterminated string");
+                return 0;
+            }
+            const char c = *m_p;
+            if (c == '"')
+                break;
+            if (c == '\\') {
+                escaped = true;
+                if (!skipEscape())
+                    return 0;
+                continue;
+            }
+            if (static_cast<unsigned char>(c) < 0x20) {
+                fail("control character in a string");
+                return 0;
+            }
+            ++m_p;
+        }
+        const quint32 index = append(Type::String);
+        Node &node = m_nodes[index];
+        node.flag = escaped;
+        node.begin = quint32(start - m_begin);
+        node.length = quint32(m_p - start);
+        ++m_p; // closing quote
+        return index == 0 ? quint32(-1) : index;
+    }
+
+    bool parseArray(int depth)
+    {
+        if (depth > MaxDepth)
+            return fail("nesting too deep");
+        const quint32 array = append(Type::Array);
+        ++m_p;
+        skipSpace();
+        if (m_p != m_end && *m_p == ']') {
+            ++m_p;
+            return true;
+        }
+        quint32 previous = 0;
+        while (true) {
+            skipSpace();
+            const quint32 element = quint32(m_nodes.size());
+            if (!parseValue(depth))
+                return false;
+            if (previous)
+                m_nodes[previous].next = element;
+            else
+                m_nodes[array].first = element;
+            previous = element;
+            skipSpace();
+            if (m_p == m_end)
+                return fail("unterminated array");
+            if (*m_p == ',') {
+                ++m_p;
+                continue;
+            }
+            if (*m_p == ']') {
+                ++m_p;
+                return true;
+            }
+            return fail("expected ',' or ']'");
+        }
+    }
+
+    bool parseObject(int depth)
+    {
+        if (depth > MaxDepth)
+            return fail("nesting too deep");
+        const quint32 object = append(Type::Object);
+        ++m_p;
+        skipSpace();
+        if (m_p != m_end && *m_p == '}') {
+            ++m_p;
+            return true;
+        }
+        quint32 previous = 0;
+        while (true) {
+            skipSpace();
+            if (m_p == m_end || *m_p != '"')
+                return fail("expected a key");
+            const quint32 key = parseString();
+            if (!key)
+                return false;
+            skipSpace();
+            if (m_p == m_end || *m_p != ':')
+                return fail("expected ':'");
+            ++m_p;
+            skipSpace();
+            if (!parseValue(depth))
+                return false;
+            if (previous)
+                m_nodes[previous].next = key;
+            else
+                m_nodes[object].first = key;
+            previous = key;
+            skipSpace();
+            if (m_p == m_end)
+                return fail("unterminated object");
+            if (*m_p == ',') {
+                ++m_p;
+                continue;
+            }
+            if (*m_p == '}') {
+                ++m_p;
+                return true;
+            }
+            return fail("expected ',' or '}'");
+        }
+    }
+
+    const char *m_p;
+    const char *m_begin;
+    const char *m_end;
+    std::vector<Node> &m_nodes;
+    QString m_error;
+};
+
+std::optional<JsonDocument> JsonDocument::parse(const QByteArray &utf8, QString *error)
+{
+    JsonDocument doc;
+    doc.m_source = utf8;
+    doc.m_nodes.reserve(size_t(utf8.size() / 12 + 16));
+    JsonParser parser(doc.m_source, doc.m_nodes);
+    if (!parser.parseDocument()) {
+        if (error)
+            *error = parser.error();
+        return std::nullopt;
+    }
+    return doc;
+}
+
+JsonValue JsonDocument::root() const
+{
+    return JsonValue(this, 0);
+}
+
+QByteArrayView JsonValue::raw() const
+{
+    const auto &n = node();
+    return QByteArrayView(m_doc->m_source.constData() + n.begin, n.length);
+}
+
+double JsonValue::toDouble() const
+{
+    if (!isNumber())
+        return 0;
+    const QByteArrayView text = raw();
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+std::optional<qint64> JsonValue::toInt64() const
+{
+    if (!isNumber())
+        return std::nullopt;
+    const QByteArrayView text = raw();
+    qint64 value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec == std::errc() && result.ptr == text.data() + text.size())
+        return value;
+    const double d = toDouble(); // "60.0" or "1e3" still name whole numbers
+    if (std::isfinite(d) && d == std::trunc(d) && std::fabs(d) < 9.2e18)
+        return qint64(d);
+    return std::nullopt;
+}
+
+namespace {
+
+void appendUtf8(QString &out, QByteArrayView bytes)
+{
+    out += QString::fromUtf8(bytes);
+}
+
+QString unescape(QByteArrayView text)
+{
+    QString out;
+    out.reserve(text.size());
+    qsizetype runStart = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\')
+            continue;
+        appendUtf8(out, text.sliced(runStart, i - runStart));
+        ++i;
+        const char c = text[i];
+        switch (c) {
+        case 'n':
+            out += u'\n';
+            break;
+        case 't':
+            out += u'\t';
+            break;
+        case 'r':
+            out += u'\r';
+            break;
+        case 'b':
+            out += u'\b';
+            break;
+        case 'f':
+            out += u'\f';
+            break;
+        case 'u': {
+            int code = 0;
+            for (int k = 1; k <= 4 && i + k < text.size(); ++k) {
+                const int h = hexValue(text[i + k]);
+                code = code * 16 + (h < 0 ? 0 : h);
+            }
+            out += QChar(char16_t(code));
+            i += 4;
+            break;
+        }
+        default:
+            out += QChar::fromLatin1(c);
+            break; // \" \\ \/
+        }
+        runStart = i + 1;
+    }
+    appendUtf8(out, text.sliced(qMin(runStart, text.size())));
+    return out;
+}
+
+} // namespace
+
+QString JsonValue::toString() const
+{
+    if (!isString())
+        return {};
+    return node().flag ? unescape(raw()) : QString::fromUtf8(raw());
+}
+
+std::optional<QByteArrayView> JsonValue::plainUtf8() const
+{
+    if (!isString() || node().flag)
+        return std::nullopt;
+    return raw();
+}
+
+bool JsonValue::equals(QLatin1StringView text) const
+{
+    if (!isString())
+        return false;
+    if (node().flag)
+        return toString() == text;
+    return raw() == QByteArrayView(text.data(), text.size());
+}
+
+JsonValue JsonValue::operator[](QLatin1StringView key) const
+{
+    if (!isObject())
+        return {};
+    const auto &nodes = m_doc->m_nodes;
+    const char *source = m_doc->m_source.constData();
+    for (quint32 k = node().first; k; k = nodes[k].next) {
+        const JsonDocument::Node &name = nodes[k];
+        const bool same = name.flag ? JsonValue(m_doc, k).toString() == key
+                                    : name.length == quint32(key.size())
+                && std::memcmp(source + name.begin, key.data(), name.length) == 0;
+        if (same)
+            return JsonValue(m_doc, k + 1);
+    }
+    return {};
+}
+
+JsonValue::Range JsonValue::elements() const
+{
+    const bool members = isObject();
+    const quint32 first = (isArray() || members) ? node().first : 0;
+    return Range {Iterator(m_doc, first, members), Iterator(m_doc, 0, members)};
+}
+
+qsizetype JsonValue::size() const
+{
+    qsizetype count = 0;
+    for (auto it = elements().begin(); it != elements().end(); ++it)
+        ++count;
+    return count;
+}
+
+JsonValue JsonValue::Iterator::operator*() const
+{
+    return JsonValue(m_doc, m_members ? m_index + 1 : m_index);
+}
+
+JsonValue::Iterator &JsonValue::Iterator::operator++()
+{
+    m_index = m_doc->m_nodes[m_index].next;
+    return *this;
+}
+
+QString JsonValue::Iterator::key() const
+{
+    return m_members ? JsonValue(m_doc, m_index).toString() : QString();
+}
+
+QString describeJsonType(const JsonValue &value)
+{
+    if (value.isUndefined())
+        return QStringLiteral("nothing");
+    if (value.isNull())
+        return QStringLiteral("null");
+    if (value.isBool())
+        return QStringLiteral("a boolean");
+    if (value.isNumber())
+        return QStringLiteral("a number");
+    if (value.isString())
+        return QStringLiteral("a string");
+    if (value.isArray())
+        return QStringLiteral("an array");
+    return QStringLiteral("an object");
+}

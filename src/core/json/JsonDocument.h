@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QByteArray>
+#include <QLatin1StringView>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+class JsonValue;
+
+// A read-only JSON document parsed straight from UTF-8 into one flat array of nodes. Strings and
+// numbers stay as byte ranges of the source until they are asked for, which makes loading a large
+// events file several times faster than going through QJsonDocument.
+class JsonDocument
+{
+public:
+    enum class Type : quint8 { Null, Bool, Number, String, Array, Object };
+
+    // The parsed document, or nothing with a description of the first syntax error.
+    static std::optional<JsonDocument> parse(const QByteArray &utf8, QString *error = nullptr);
+
+    JsonValue root() const;
+
+private:
+    friend class JsonValue;
+    friend class JsonParser;
+
+    struct Node
+    {
+        Type type = Type::Null;
+        bool flag = false; // Bool: the value; String: holds escapes
+        quint32 next = 0; // next sibling (array element or object key), 0 when last
+        quint32 first = 0; // containers: first child, 0 when empty
+        quint32 begin = 0; // String/Number: byte range in the source
+        quint32 length = 0;
+    };
+
+    QByteArray m_source;
+    std::vector<Node> m_nodes;
+};
+
+// A position in a JsonDocument; cheap to copy. An absent member is "undefined".
+class JsonValue
+{
+public:
+    JsonValue() = default;
+
+    bool isUndefined() const { return !m_doc; }
+    bool isNull() const { return m_doc && node().type == JsonDocument::Type::Null; }
+    bool isBool() const { return is(JsonDocument::Type::Bool); }
+    bool isNumber() const { return is(JsonDocument::Type::Number); }
+    bool isString() const { return is(JsonDocument::Type::String); }
+    bool isArray() const { return is(JsonDocument::Type::Array); }
+    bool isObject() const { return is(JsonDocument::Type::Object); }
+    // Present and not null: the test for "decode if present".
+    bool isPresent() const { return m_doc && node().type != JsonDocument::Type::Null; }
+
+    bool toBool() const { return isBool() && node().flag; }
+    double toDouble() const;
+    // The number as a whole 64-bit integer, or nothing for a fraction or a value out of range.
+    std::optional<qint64> toInt64() const;
+    QString toString() const;
+    // A string without escapes: its UTF-8 bytes in the source, without a copy.
+    std::optional<QByteArrayView> plainUtf8() const;
+    // True when this is a string equal to the given ASCII text (no allocation).
+    bool equals(QLatin1StringView text) const;
+
+    // Object member, or undefined.
+    JsonValue operator[](QLatin1StringView key) const;
+
+    // Array elements and object members, in document order.
+    class Iterator
+    {
+    public:
+        Iterator(const JsonDocument *doc, quint32 index, bool members)
+            : m_doc(doc)
+            , m_index(index)
+            , m_members(members)
+        {
+        }
+        JsonValue operator*() const;
+        Iterator &operator++();
+        bool operator!=(const Iterator &other) const { return m_index != other.m_index; }
+        // For object members: the key of the current member.
+        QString key() const;
+
+    private:
+        const JsonDocument *m_doc;
+        quint32 m_index;
+        bool m_members;
+    };
+    struct Range
+    {
+        Iterator b, e;
+        Iterator begin() const { return b; }
+        Iterator end() const { return e; }
+    };
+    Range elements() const;
+    qsizetype size() const;
+
+private:
+    friend class JsonDocument;
+    JsonValue(const JsonDocument *doc, quint32 index)
+        : m_doc(doc)
+        , m_index(index)
+    {
+    }
+    const JsonDocument::Node &node() const { return m_doc->m_nodes[m_index]; }
+    bool is(JsonDocument::Type type) const { return m_doc && node().type == type; }
+    QByteArrayView raw() const;
+
+    const JsonDocument *m_doc = nullptr;
+    quint32 m_index = 0;
+};
+
+// A short name for a value's JSON type, for error messages ("a string", "an object", ...).
+QString describeJsonType(const JsonValue &value);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/tray/StatusItemHost.h"
+
+#include <QDBusConnection>
+
+class DBusMenuExporter;
+class QDBusServiceWatcher;
+class StatusNotifierItemInterface;
+
+// The status item as an org.kde.StatusNotifierItem on the session bus: a square icon, the title
+// and time as the label GNOME's AppIndicator extension shows, the accessible text as title and
+// tool tip, and a small menu. It registers with org.kde.StatusNotifierWatcher whenever a watcher
+// appears, so a panel that starts late or restarts still finds it.
+class StatusNotifierItem : public StatusItemHost
+{
+    Q_OBJECT
+    Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
+
+public:
+    static const QString watcherService; // "org.kde.StatusNotifierWatcher"
+    static const QString itemObjectPath; // "/StatusNotifierItem"
+    static const QString menuObjectPath; // "/MenuBar"
+
+    explicit StatusNotifierItem(const QDBusConnection &connection, QObject *parent = nullptr);
+    ~StatusNotifierItem() override;
+
+    // Claims "org.kde.StatusNotifierItem-<pid>-<n>", exports the item and its menu and registers
+    // with the watcher if one runs. False (and logged) when the bus refuses the name or objects.
+    bool start();
+    QString serviceName() const { return m_serviceName; }
+    // True while a watcher has accepted the item.
+    bool isRegistered() const { return m_registered; }
+
+    void show(const MenubarChipPresentation &presentation, const QString &accessibleLabel) override;
+    void setMenuEntries(const QList<StatusItemMenuEntry> &entries) override;
+
+    // "title time" as the panel label: the visible texts of the chip joined by a space.
+    static QString labelText(const MenubarChipPresentation &presentation);
+    // The label with every digit as "0": as wide as the label whatever the digits, so the panel
+    // keeps the item's width steady while the time counts.
+    static QString labelGuide(const QString &label);
+
+Q_SIGNALS:
+    void registeredChanged(bool registered);
+
+private:
+    void registerWithWatcher();
+    void setRegistered(bool registered);
+
+    QDBusConnection m_connection;
+    QString m_serviceName;
+    StatusNotifierItemInterface *m_item = nullptr;
+    DBusMenuExporter *m_menu = nullptr;
+    QDBusServiceWatcher *m_watcher = nullptr;
+    bool m_started = false;
+    bool m_registered = false;
+};

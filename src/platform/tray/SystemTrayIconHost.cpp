@@ -1,0 +1,63 @@
+#include "platform/tray/SystemTrayIconHost.h"
+
+#include "platform/tray/TrayIconRenderer.h"
+
+#include <QCursor>
+#include <QIcon>
+#include <QMenu>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+
+SystemTrayIconHost::SystemTrayIconHost(QObject *parent)
+    : StatusItemHost(parent)
+    , m_menu(std::make_unique<QMenu>())
+    , m_icon(new QSystemTrayIcon(this))
+{
+    connect(m_icon, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason != QSystemTrayIcon::Trigger && reason != QSystemTrayIcon::DoubleClick) {
+                    return;
+                }
+                // XEmbed trays report the icon's place; elsewhere the pointer is the best guess.
+                const QRect geometry = m_icon->geometry();
+                const QPoint position = geometry.isValid() ? geometry.center() : QCursor::pos();
+                Q_EMIT clicked(StatusItemClick {position, geometry});
+            });
+}
+
+SystemTrayIconHost::~SystemTrayIconHost() = default;
+
+bool SystemTrayIconHost::isAvailable()
+{
+    return QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void SystemTrayIconHost::show(const MenubarChipPresentation &presentation,
+                              const QString &accessibleLabel)
+{
+    if (!m_hasShown || presentation.symbolName != m_shown.symbolName
+        || presentation.detail != m_shown.detail || presentation.remaining != m_shown.remaining) {
+        QIcon icon;
+        for (int side : TrayIconRenderer::standardSides()) {
+            icon.addPixmap(QPixmap::fromImage(TrayIconRenderer::render(presentation, side)));
+        }
+        m_icon->setIcon(icon);
+    }
+    m_shown = presentation;
+    m_hasShown = true;
+    m_icon->setToolTip(accessibleLabel);
+    m_icon->show();
+}
+
+void SystemTrayIconHost::setMenuEntries(const QList<StatusItemMenuEntry> &entries)
+{
+    m_menu->clear();
+    for (const StatusItemMenuEntry &entry : entries) {
+        if (entry.label.isEmpty()) {
+            m_menu->addSeparator();
+        } else {
+            m_menu->addAction(entry.label, m_menu.get(), entry.trigger);
+        }
+    }
+    m_icon->setContextMenu(entries.isEmpty() ? nullptr : m_menu.get());
+}

@@ -1,0 +1,126 @@
+#include "l10n/LanguageTable.h"
+#include "l10n/SupportedLanguages.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+
+namespace {
+
+// Every key the application looks up, one a line. A key missing from a table shows on screen as
+// the raw key, so this list is the contract the tables are checked against.
+QStringList requiredKeys()
+{
+    QFile file(QStringLiteral(TARROW_L10N_KEYS));
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        qFatal("Cannot read the list of localisation keys");
+    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+// The argument markers of a text, as a sorted list ("%1", "%2").
+QStringList markers(const QString &text)
+{
+    static const QRegularExpression marker(QStringLiteral("%\\d+"));
+    QStringList found;
+    for (const auto &match : marker.globalMatch(text))
+        found.append(match.captured());
+    found.sort();
+    return found;
+}
+
+// The markers a key's own placeholders ("%@", "%lld", "%d") ask for: %1 ... %n.
+QStringList markersOfKey(const QString &key)
+{
+    static const QRegularExpression placeholder(QStringLiteral("%(@|lld|ld|d)"));
+    QStringList expected;
+    for (auto it = placeholder.globalMatch(key); it.hasNext(); it.next())
+        expected.append(QStringLiteral("%%1").arg(expected.size() + 1));
+    return expected;
+}
+
+} // namespace
+
+class tst_LanguageTable : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyLanguageIsComplete_data();
+    void everyLanguageIsComplete();
+    void lookups_data();
+    void lookups();
+};
+
+void tst_LanguageTable::everyLanguageIsComplete_data()
+{
+    QTest::addColumn<QString>("code");
+    for (const QString &code : supportedLanguages())
+        QTest::newRow(qPrintable(code + QStringLiteral(" has a text for every key"))) << code;
+}
+
+void tst_LanguageTable::everyLanguageIsComplete()
+{
+    QFETCH(QString, code);
+    const LanguageTable table = LanguageTable::load(code);
+    const LanguageTable english = LanguageTable::load(QStringLiteral("en"));
+
+    const QStringList keys = requiredKeys();
+    QVERIFY(keys.size() > 100);
+    for (const QString &key : keys) {
+        QVERIFY2(table.contains(key), qPrintable(code + u": missing " + key));
+        QVERIFY2(!table.text(key).trimmed().isEmpty(), qPrintable(code + u": empty " + key));
+        QCOMPARE(markers(english.text(key)), markersOfKey(key));
+        QVERIFY2(markers(table.text(key)) == markers(english.text(key)),
+                 qPrintable(code + u": arguments of " + key + u" differ from English"));
+    }
+    const QStringList tableKeys = table.keys();
+    const QStringList englishKeys = english.keys();
+    QCOMPARE(QSet<QString>(tableKeys.cbegin(), tableKeys.cend()),
+             QSet<QString>(englishKeys.cbegin(), englishKeys.cend()));
+
+    // Compact units sit inside the panel chip next to a number: short, no stray spaces.
+    for (const char *unit : {"year", "week", "day", "hour", "minute"}) {
+        const QString key = QStringLiteral("countdown.unit.short.") + QLatin1String(unit);
+        const QString text = table.text(key);
+        QVERIFY2(text.size() <= 3 && text == text.trimmed(), qPrintable(code + u": " + text));
+    }
+}
+
+void tst_LanguageTable::lookups_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("a missing key answers with the key itself")
+        << "de"
+        << "no.such.key" << QStringList() << "no.such.key";
+    QTest::newRow("an unknown language answers every key with the key")
+        << "ja"
+        << "menubar.idle.label" << QStringList() << "menubar.idle.label";
+    QTest::newRow("arguments fill the markers in the language's own order")
+        << "de"
+        << "intents.time.until %@ %@" << QStringList {"Urlaub", "3T 4Std"}
+        << "Noch 3T 4Std bis „Urlaub“.";
+    QTest::newRow("an argument that looks like a marker is left alone")
+        << "en"
+        << "intents.time.until %@ %@" << QStringList {"50%2 off", "1d 2h"}
+        << "1d 2h until “50%2 off”.";
+    QTest::newRow("Turkish writes the date before its postposition")
+        << "tr"
+        << "list.row.since %@" << QStringList {"3 Mar 2024"} << "3 Mar 2024 tarihinden beri";
+}
+
+void tst_LanguageTable::lookups()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, key);
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, expected);
+    QCOMPARE(LanguageTable::load(code).format(key, arguments), expected);
+}
+
+QTEST_GUILESS_MAIN(tst_LanguageTable)
+#include "tst_languagetable.moc"
