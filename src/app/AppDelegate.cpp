@@ -19,6 +19,7 @@
 #include "ui/CountdownRowTime.h"
 #include "ui/PopoverController.h"
 #include "ui/QuickEntryController.h"
+#include "ui/TableTranslator.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -116,6 +117,14 @@ void AppDelegate::installInterface()
     m_popoverController = std::make_unique<PopoverController>(
         QVariantMap {{QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
                      {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())}});
+    // The popup's texts and date formats follow the interface language, live.
+    m_translator = std::make_unique<TableTranslator>(*m_localeManager);
+    QCoreApplication::installTranslator(m_translator.get());
+    QLocale::setDefault(m_localeManager->interfaceLocale());
+    connect(m_localeManager.get(), &LocaleManager::languageChanged, this, [this] {
+        QLocale::setDefault(m_localeManager->interfaceLocale());
+        m_popoverController->retranslate();
+    });
     // Row times move on every second while the popup is open, and not at all while it is closed.
     m_rowTicker = std::make_unique<QTimer>();
     m_rowTicker->setInterval(1000);

@@ -20,6 +20,7 @@ class LocaleManager;
 class PopoverController;
 class QTimer;
 class QuickEntryController;
+class TableTranslator;
 class SettingsStore;
 class StatusItemController;
 class StatusItemHost;
@@ -100,6 +101,7 @@ private:
     std::unique_ptr<CountdownListModel> m_listModel;
     std::unique_ptr<QuickEntryController> m_quickEntry;
     std::unique_ptr<PopoverController> m_popoverController;
+    std::unique_ptr<TableTranslator> m_translator;
     std::unique_ptr<QTimer> m_rowTicker;
     std::unique_ptr<StatusItemHost> m_statusItemHost;
     std::unique_ptr<StatusItemController> m_statusItemController;

@@ -29,12 +29,7 @@ int AddCommand::run(const QStringList &arguments, CliContext &context)
     if (title.isEmpty())
         return context.fail(QStringLiteral("the title is empty"));
 
-    Event event;
-    event.schemaVersion = Event::CurrentSchemaVersion;
-    event.id = QUuid::createUuid();
-    event.title = title;
-    event.timeZone = QString::fromUtf8(zone->id());
-    event.createdAt = context.clock().now();
+    Event event = Event::created(title, context.clock().now(), *zone);
     event.direction =
         args.isSet(QStringLiteral("since")) ? CountdownDirection::since : CountdownDirection::until;
 

@@ -31,7 +31,7 @@ Window {
             id: scopes
             objectName: "scopes"
             Layout.fillWidth: true
-            TabButton { text: qsTr("All") }
+            TabButton { text: qsTrId("list.scope.all") }
         }
 
         ListView {
@@ -48,7 +48,7 @@ Window {
             Label {
                 anchors.centerIn: parent
                 visible: list.count === 0
-                text: qsTr("No countdowns yet")
+                text: qsTrId("list.empty")
                 opacity: 0.6
             }
         }

@@ -93,6 +93,12 @@ void PopoverController::close()
     }
 }
 
+void PopoverController::retranslate()
+{
+    if (m_engine)
+        m_engine->retranslate();
+}
+
 void PopoverController::setShown(bool shown)
 {
     if (m_shown == shown)

@@ -35,6 +35,8 @@ public:
     void open(std::optional<QRect> anchor = std::nullopt);
     void toggle(std::optional<QRect> anchor = std::nullopt);
     Q_INVOKABLE void close();
+    // Re-reads every translated text of the scene (after the interface language changed).
+    void retranslate();
 
     QQuickWindow *window() const { return m_window; }
 

@@ -6,8 +6,8 @@
 #include "time/Clock.h"
 
 #include <QFutureWatcher>
+#include <QLocale>
 #include <QTimeZone>
-#include <QUuid>
 #include <QtConcurrent/QtConcurrentRun>
 
 Q_LOGGING_CATEGORY(lcQuickEntry, "QuickEntry")
@@ -56,6 +56,21 @@ void QuickEntryController::applySuggestion(quint64 generation,
     Q_EMIT suggestionSettled();
 }
 
+QString QuickEntryController::suggestionText() const
+{
+    if (!m_suggestion)
+        return QString();
+    const QLocale locale;
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    const QDateTime when = m_suggestion->date.toTimeZone(zone);
+    const bool thisYear = when.date().year() == m_clock.now().toTimeZone(zone).date().year();
+    QString text = locale.toString(when.date(), thisYear ? u"ddd d MMM" : u"ddd d MMM yyyy");
+    if (m_suggestion->includeTime)
+        text += u", " + locale.toString(when.time(), QLocale::ShortFormat);
+    const QString title = m_suggestion->cleanedTitle.trimmed();
+    return title.isEmpty() ? text : title + u" — " + text;
+}
+
 void QuickEntryController::setSuggestion(const std::optional<NaturalDateMatch> &suggestion)
 {
     if (m_suggestion == suggestion)
@@ -75,18 +90,13 @@ bool QuickEntryController::submit()
         m_settledGeneration == m_generation ? m_suggestion : m_suggester(typed, now);
 
     const QTimeZone zone = QTimeZone::systemTimeZone();
-    Event event;
-    event.id = QUuid::createUuid();
-    event.createdAt = now;
-    event.timeZone = QString::fromUtf8(zone.id());
+    Event event = Event::created(typed, now, zone);
     if (suggestion) {
-        event.title = suggestion->cleanedTitle.trimmed().isEmpty()
-            ? typed
-            : suggestion->cleanedTitle.trimmed();
+        if (!suggestion->cleanedTitle.trimmed().isEmpty())
+            event.title = suggestion->cleanedTitle.trimmed();
         event.targetDate = suggestion->date.toUTC();
         event.includeTime = suggestion->includeTime;
     } else {
-        event.title = typed;
         event.targetDate = startOfDay(now.addDays(1), zone);
         event.includeTime = false;
     }

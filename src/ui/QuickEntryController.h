@@ -25,6 +25,8 @@ class QuickEntryController : public QObject
     Q_PROPERTY(QString suggestedTitle READ suggestedTitle NOTIFY suggestionChanged)
     Q_PROPERTY(QDateTime suggestedDate READ suggestedDate NOTIFY suggestionChanged)
     Q_PROPERTY(bool suggestionIncludesTime READ suggestionIncludesTime NOTIFY suggestionChanged)
+    // "Dentist — Tue 24 Nov, 15:00" in the default locale (the interface language's).
+    Q_PROPERTY(QString suggestionText READ suggestionText NOTIFY suggestionChanged)
 
 public:
     // Finds a date in `text` as of `now`. Called on a worker thread: it must not touch shared
@@ -42,6 +44,7 @@ public:
     QString suggestedTitle() const { return m_suggestion ? m_suggestion->cleanedTitle : QString(); }
     QDateTime suggestedDate() const { return m_suggestion ? m_suggestion->date : QDateTime(); }
     bool suggestionIncludesTime() const { return m_suggestion && m_suggestion->includeTime; }
+    QString suggestionText() const;
 
     // Adds a countdown titled by the text, on the suggested date or else all day tomorrow, and
     // clears the field. Blank text adds nothing. Returns whether a countdown was added.

@@ -15,7 +15,7 @@ ColumnLayout {
         objectName: "quickEntryInput"
         Layout.fillWidth: true
         focus: true
-        placeholderText: qsTr("New countdown, e.g. Dentist tomorrow at 3pm")
+        placeholderText: qsTrId("list.quick_entry.placeholder")
         text: field.entry.text
         onTextEdited: field.entry.text = text
         onAccepted: field.entry.submit()
@@ -27,9 +27,6 @@ ColumnLayout {
         visible: field.entry.hasSuggestion
         elide: Text.ElideRight
         opacity: 0.7
-        text: field.entry.suggestedTitle + " — "
-              + (field.entry.suggestionIncludesTime
-                 ? field.entry.suggestedDate.toLocaleString(Qt.locale(), Locale.ShortFormat)
-                 : field.entry.suggestedDate.toLocaleDateString(Qt.locale(), Locale.ShortFormat))
+        text: field.entry.suggestionText
     }
 }

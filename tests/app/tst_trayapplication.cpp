@@ -3,96 +3,68 @@
 
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 class tst_TrayApplication : public QObject
 {
     Q_OBJECT
 
-private:
-    static void completeOnboarding(const QTemporaryDir &world)
-    {
-        QSettings flags(world.filePath(QStringLiteral("config/tarrow/tarrow.conf")),
-                        QSettings::IniFormat);
-        flags.setValue(QStringLiteral("tarrow.onboarding.completed"), true);
-    }
-
 private Q_SLOTS:
     void recognisesAGraphicalSession_data()
     {
-        QTest::addColumn<QString>("display");
-        QTest::addColumn<QString>("waylandDisplay");
-        QTest::addColumn<QString>("platform");
+        QTest::addColumn<QString>("environment");
         QTest::addColumn<bool>("graphical");
 
-        QTest::newRow("An X11 display is a graphical session") << ":0"
-                                                               << ""
-                                                               << "" << true;
-        QTest::newRow("A Wayland display is a graphical session") << ""
-                                                                  << "wayland-0"
-                                                                  << "" << true;
-        QTest::newRow("A console login without either is not") << ""
-                                                               << ""
-                                                               << "" << false;
-        QTest::newRow("The offscreen platform needs no display") << ""
-                                                                 << ""
-                                                                 << "offscreen" << true;
-        QTest::newRow("xcb without DISPLAY cannot start") << ""
-                                                          << "wayland-0"
-                                                          << "xcb" << false;
-        QTest::newRow("wayland without WAYLAND_DISPLAY cannot start") << ":1"
-                                                                      << ""
-                                                                      << "wayland" << false;
+        QTest::newRow("An X11 display is a graphical session") << u"DISPLAY=:0"_s << true;
+        QTest::newRow("A Wayland display is a graphical session")
+            << u"WAYLAND_DISPLAY=wayland-0"_s << true;
+        QTest::newRow("A console login without either is not") << QString() << false;
+        QTest::newRow("The offscreen platform needs no display")
+            << u"QT_QPA_PLATFORM=offscreen"_s << true;
+        QTest::newRow("xcb without DISPLAY cannot start")
+            << u"WAYLAND_DISPLAY=wayland-0 QT_QPA_PLATFORM=xcb"_s << false;
+        QTest::newRow("wayland without WAYLAND_DISPLAY cannot start")
+            << u"DISPLAY=:1 QT_QPA_PLATFORM=wayland"_s << false;
         QTest::newRow("A list of platforms works when one of them can start")
-            << ":1"
-            << ""
-            << "wayland;xcb" << true;
-        QTest::newRow("Plugin options after the name are allowed") << ""
-                                                                   << ""
-                                                                   << "vnc:size=800x600" << true;
+            << u"DISPLAY=:1 QT_QPA_PLATFORM=wayland;xcb"_s << true;
+        QTest::newRow("Plugin options after the name are allowed")
+            << u"QT_QPA_PLATFORM=vnc:size=800x600"_s << true;
     }
 
     void recognisesAGraphicalSession()
     {
-        QFETCH(QString, display);
-        QFETCH(QString, waylandDisplay);
-        QFETCH(QString, platform);
+        QFETCH(QString, environment);
         QFETCH(bool, graphical);
-        QProcessEnvironment environment;
-        environment.insert(QStringLiteral("DISPLAY"), display);
-        environment.insert(QStringLiteral("WAYLAND_DISPLAY"), waylandDisplay);
-        if (!platform.isEmpty())
-            environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
-        QCOMPARE(hasGraphicalSession(environment), graphical);
+        QProcessEnvironment variables;
+        for (const QString &variable : environment.split(u' ', Qt::SkipEmptyParts))
+            variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+        QCOMPARE(hasGraphicalSession(variables), graphical);
     }
 
     void withoutADisplayPointsToTheSubcommands()
     {
         QTemporaryDir world;
         TarrowProcess tarrow(world);
-        tarrow.setEnvironment(QStringLiteral("QT_QPA_PLATFORM"), QString());
-        tarrow.setEnvironment(QStringLiteral("DISPLAY"), QString());
-        tarrow.setEnvironment(QStringLiteral("WAYLAND_DISPLAY"), QString());
-        tarrow.start({QStringLiteral("--data-dir"), world.filePath(QStringLiteral("data"))});
+        for (const QString &name : {u"QT_QPA_PLATFORM"_s, u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s})
+            tarrow.setEnvironment(name, QString());
+        tarrow.start();
         QVERIFY(tarrow.process().waitForFinished(10000));
         QCOMPARE_NE(tarrow.process().exitCode(), 0);
         const QStringList lines = tarrow.log().split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 1);
-        QVERIFY2(lines.first().contains(QStringLiteral("graphical session")),
+        QVERIFY2(lines.first().contains(u"graphical session"_s) && lines.first().contains(u"add"_s),
                  qPrintable(lines.first()));
-        QVERIFY2(lines.first().contains(QStringLiteral("add")), qPrintable(lines.first()));
     }
 
     void testHostBuildsNothing()
     {
         QTemporaryDir world;
         TarrowProcess tarrow(world);
-        tarrow.setEnvironment(QStringLiteral("TARROW_TEST_HOST"), QStringLiteral("1"));
-        tarrow.start({QStringLiteral("--data-dir"), world.filePath(QStringLiteral("data"))});
-        QVERIFY2(tarrow.waitForLog(QStringLiteral("Running as a test host")),
-                 qPrintable(tarrow.log()));
-        QTest::qWait(300);
-        QVERIFY(!tarrow.log().contains(QStringLiteral("Built the core")));
-        QVERIFY2(!QFile::exists(world.filePath(QStringLiteral("data/event.json"))),
-                 "no store was opened");
+        tarrow.setEnvironment(u"TARROW_TEST_HOST"_s, u"1"_s);
+        tarrow.start();
+        QVERIFY(tarrow.waitForLog(u"Running as a test host"_s));
+        QVERIFY(tarrow.staysWithout(u"Built the core"_s, 300));
+        QVERIFY2(!QFile::exists(world.filePath(u"data/event.json"_s)), "no store was opened");
     }
 
     void popupAtLaunch_data()
@@ -102,15 +74,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("opens");
 
         QTest::newRow("After onboarding a user launch opens the popup")
-            << true << QStringList {} << true;
+            << true << QStringList() << true;
         QTest::newRow("Before onboarding the popup stays closed")
-            << false << QStringList {} << false;
+            << false << QStringList() << false;
         QTest::newRow("A login launch stays in the panel")
-            << true << QStringList {QStringLiteral("--autostart")} << false;
+            << true << QStringList {u"--autostart"_s} << false;
         QTest::newRow("UI tests keep the popup closed")
-            << true << QStringList {QStringLiteral("--ui-test")} << false;
+            << true << QStringList {u"--ui-test"_s} << false;
         QTest::newRow("A link given at launch opens the popup even before onboarding")
-            << false << QStringList {QStringLiteral("tarrow://")} << true;
+            << false << QStringList {u"tarrow://"_s} << true;
     }
 
     void popupAtLaunch()
@@ -121,20 +93,13 @@ private Q_SLOTS:
 
         QTemporaryDir world;
         if (onboarded)
-            completeOnboarding(world);
+            QSettings(world.filePath(u"config/tarrow/tarrow.conf"_s), QSettings::IniFormat)
+                .setValue(u"tarrow.onboarding.completed"_s, true);
         TarrowProcess tarrow(world);
-        tarrow.start(
-            QStringList {QStringLiteral("--data-dir"), world.filePath(QStringLiteral("data"))}
-            + arguments);
-        QVERIFY2(tarrow.waitForLog(QStringLiteral("Built the core")), qPrintable(tarrow.log()));
-        if (opens) {
-            QVERIFY2(tarrow.waitForLog(QStringLiteral("Opened the popup")),
-                     qPrintable(tarrow.log()));
-        } else {
-            QTest::qWait(700);
-            QVERIFY2(!tarrow.log().contains(QStringLiteral("Opened the popup")),
-                     qPrintable(tarrow.log()));
-        }
+        tarrow.start(arguments);
+        QVERIFY(tarrow.waitForLog(u"Built the core"_s));
+        QVERIFY(opens ? tarrow.waitForLog(u"Opened the popup"_s)
+                      : tarrow.staysWithout(u"Opened the popup"_s, 700));
     }
 };
 

@@ -14,7 +14,6 @@ public:
     QDateTime now() const override { return m_now; }
     void set(const QDateTime &now) { m_now = now.toUTC(); }
     void advance(qint64 seconds) { m_now = m_now.addSecs(seconds); }
-    void advanceMs(qint64 ms) { m_now = m_now.addMSecs(ms); }
 
 private:
     QDateTime m_now;

@@ -4,6 +4,12 @@
 #include <QFile>
 #include <QString>
 
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 // Small data files kept under tests/fixtures, as earlier versions of the app wrote them.
 inline QString fixturePath(const QString &relative)
 {
@@ -12,21 +18,17 @@ inline QString fixturePath(const QString &relative)
 
 inline QByteArray fixtureBytes(const QString &relative)
 {
-    QFile file(fixturePath(relative));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(fixturePath(relative));
 }
 
-// Copies a fixture into a data folder under the name the app uses ("event.json", ...).
-inline bool installFixture(const QString &relative, const QString &folder, const QString &asName)
+// Copies a fixture into a data folder under the name the app gives it: "events/..." becomes
+// event.json, "settings/..." settings.json.
+inline bool installFixture(const QString &relative, const QString &folder)
 {
-    const QString target = QDir(folder).filePath(asName);
+    const QString target =
+        QDir(folder).filePath(relative.startsWith(u"events/") ? QStringLiteral("event.json")
+                                                              : QStringLiteral("settings.json"));
     QFile::remove(target);
     return QFile::copy(fixturePath(relative), target)
         && QFile(target).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-}
-
-inline QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QProcess>
-#include <QString>
 
 #include <signal.h>
 #include <sys/prctl.h>
@@ -11,29 +10,7 @@
 class PrivateSessionBus
 {
 public:
-    PrivateSessionBus() = default;
-    PrivateSessionBus(const PrivateSessionBus &) = delete;
-    PrivateSessionBus &operator=(const PrivateSessionBus &) = delete;
-    ~PrivateSessionBus() { stop(); }
-
-    // Starts the daemon and waits for its address; false when dbus-daemon cannot run.
-    bool start()
-    {
-        m_daemon.setProgram(QStringLiteral("dbus-daemon"));
-        m_daemon.setArguments({QStringLiteral("--session"), QStringLiteral("--nofork"),
-                               QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
-        // The daemon goes when the test goes, even when the test crashes.
-        m_daemon.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-        m_daemon.start();
-        if (!m_daemon.waitForStarted(5000)) {
-            return false;
-        }
-        while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(5000)) { }
-        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-        return !m_address.isEmpty();
-    }
-
-    void stop()
+    ~PrivateSessionBus()
     {
         if (m_daemon.state() != QProcess::NotRunning) {
             m_daemon.terminate();
@@ -41,7 +18,20 @@ public:
         }
     }
 
-    QString address() const { return m_address; }
+    // Starts the daemon and waits for its address; false when dbus-daemon cannot run.
+    bool start()
+    {
+        // The daemon goes when the test goes, even when the test crashes.
+        m_daemon.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+                       {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                        QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
+        if (!m_daemon.waitForStarted(5000))
+            return false;
+        while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(5000)) { }
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+        return !m_address.isEmpty();
+    }
 
     // A new connection to this bus under `name` (unique per connection in the process).
     QDBusConnection connect(const QString &name) const

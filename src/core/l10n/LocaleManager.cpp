@@ -24,6 +24,13 @@ LocaleManager::LocaleManager(const SettingsStore &settings, PreferredLanguages p
     connect(&m_settings, &SettingsStore::settingsChanged, this, &LocaleManager::refresh);
 }
 
+QLocale LocaleManager::interfaceLocale() const
+{
+    const QLocale language(activeLanguage());
+    const QLocale system = QLocale::system();
+    return system.language() == language.language() ? system : language;
+}
+
 void LocaleManager::refresh()
 {
     const QString code = resolveLanguage(m_settings.settings().language, m_preferredLanguages());

@@ -2,6 +2,7 @@
 
 #include "l10n/LanguageTable.h"
 
+#include <QLocale>
 #include <QObject>
 #include <QStringList>
 
@@ -31,6 +32,10 @@ public:
 
     QString activeLanguage() const { return m_table.code(); }
     const LanguageTable &table() const { return m_table; }
+    // Formats of dates and numbers in the interface language: the system's own locale when it
+    // speaks that language (so an English interface on en_GB keeps day-month order), else the
+    // language's default locale.
+    QLocale interfaceLocale() const;
 
     Q_INVOKABLE QString text(const QString &key) const { return m_table.text(key); }
     Q_INVOKABLE QString format(const QString &key, const QStringList &arguments) const

@@ -31,6 +31,17 @@ QList<qint64> normalizedReminderLeads(QList<qint64> minutes)
     return minutes;
 }
 
+Event Event::created(const QString &title, const QDateTime &now, const QTimeZone &zone)
+{
+    Event event;
+    event.schemaVersion = CurrentSchemaVersion;
+    event.id = QUuid::createUuid();
+    event.title = title;
+    event.createdAt = now;
+    event.timeZone = QString::fromUtf8(zone.id());
+    return event;
+}
+
 QTimeZone Event::zone() const
 {
     return zoneOrSystem(timeZone);

@@ -45,6 +45,10 @@ struct Event
     // The schema version new records carry.
     static constexpr qint64 CurrentSchemaVersion = 10;
 
+    // A record as the user makes one: a fresh id, the current schema version, made at `now`
+    // and entered in `zone`. Target, direction and the rest are the caller's to fill.
+    static Event created(const QString &title, const QDateTime &now, const QTimeZone &zone);
+
     // The zone named by timeZone, or the system's when the name is unknown.
     QTimeZone zone() const;
     // The moment that counts: the target itself, or for an all-day event the start of its day

@@ -15,8 +15,6 @@ class tst_PinResolver : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void automaticChoice_data();
-    void automaticChoice();
     void resolve_data();
     void resolve();
     void rowPinState();
@@ -25,201 +23,150 @@ private Q_SLOTS:
 
 static const QDateTime now = at("2026-03-01T12:00:00Z");
 
-// Items in registry order: the resolver relies on it only for ties.
-static QList<CountdownItem> sorted(QList<CountdownItem> items)
+static CountdownItem down(const char *title, qint64 secondsAhead)
+{
+    return item(countdown(QString::fromUtf8(title), now.addSecs(secondsAhead)));
+}
+
+static CountdownItem up(const char *title, qint64 secondsAgo)
+{
+    return item(countUp(QString::fromUtf8(title), now.addSecs(-secondsAgo)));
+}
+
+static CountdownItem arrived(const char *title, qint64 secondsAgo, bool acknowledged = false)
+{
+    return item(
+        reached(countdown(QString::fromUtf8(title), now.addSecs(-secondsAgo)), true, acknowledged));
+}
+
+// The resolver is handed the list in registry order; it relies on that order only for ties.
+static void row(const char *name, QList<CountdownItem> items, const char *holder,
+                const std::optional<PinTarget> &pin = std::nullopt, State state = State::automatic)
 {
     CountdownRegistry::sort(items);
-    return items;
-}
-
-void tst_PinResolver::automaticChoice_data()
-{
-    QTest::addColumn<QList<CountdownItem>>("items");
-    QTest::addColumn<QString>("expected");
-
-    const auto hoursAhead = [](qint64 hours) {
-        return now.addSecs(hours * 3600);
-    };
-    const CountdownItem started = item(countUp(QStringLiteral("Sober"), now.addDays(-40)));
-
-    QTest::newRow("nothing at all holds nothing") << QList<CountdownItem>() << QString();
-    QTest::newRow("a countdown 23 hours away beats a count-up")
-        << sorted({item(countdown(QStringLiteral("Flight"), hoursAhead(23))), started})
-        << QStringLiteral("Flight");
-    QTest::newRow("a countdown 25 hours away yields to a count-up")
-        << sorted({item(countdown(QStringLiteral("Flight"), hoursAhead(25))), started})
-        << QStringLiteral("Sober");
-    QTest::newRow("a countdown exactly 86,400 seconds away is not imminent")
-        << sorted({item(countdown(QStringLiteral("Flight"), now.addSecs(86400))), started})
-        << QStringLiteral("Sober");
-    QTest::newRow("a countdown a day away still holds when there is no count-up")
-        << sorted({item(countdown(QStringLiteral("Exam"), now.addDays(40))),
-                   item(countdown(QStringLiteral("Trip"), now.addDays(3)))})
-        << QStringLiteral("Trip");
-    QTest::newRow("only count-ups: the most recently started holds")
-        << sorted({started, item(countUp(QStringLiteral("Job"), now.addDays(-3))),
-                   item(countUp(QStringLiteral("Born"), now.addYears(-30)))})
-        << QStringLiteral("Job");
-    QTest::newRow("a waiting celebration outranks an imminent countdown")
-        << sorted({item(countdown(QStringLiteral("Soon"), now.addSecs(60))),
-                   item(reached(countdown(QStringLiteral("Party"), now.addDays(-2)), true))})
-        << QStringLiteral("Party");
-    QTest::newRow("of two waiting celebrations the later one holds")
-        << sorted({item(reached(countdown(QStringLiteral("Old"), now.addDays(-2)), true)),
-                   item(reached(countdown(QStringLiteral("New"), now.addDays(-1)), true))})
-        << QStringLiteral("New");
-    QTest::newRow("an acknowledged arrival gives way to the next countdown")
-        << sorted({item(countdown(QStringLiteral("Soon"), now.addDays(2))),
-                   item(reached(countdown(QStringLiteral("Party"), now.addDays(-2)), true, true))})
-        << QStringLiteral("Soon");
-
-    CalendarOccurrence hidden =
-        occurrence(QStringLiteral("s1"), QStringLiteral("Hidden"), hoursAhead(1));
-    hidden.isHidden = true;
-    CalendarOccurrence excluded =
-        occurrence(QStringLiteral("s2"), QStringLiteral("Excluded"), hoursAhead(2));
-    excluded.excludedFromAutomatic = true;
-    QTest::newRow("hidden and excluded calendar items never win") << sorted(
-        {item(hidden), item(excluded), item(countdown(QStringLiteral("Later"), hoursAhead(5)))})
-                                                                  << QStringLiteral("Later");
-    QTest::newRow("a calendar occurrence that already started is not a countdown") << sorted(
-        {item(occurrence(QStringLiteral("s3"), QStringLiteral("Standup"), now.addSecs(-1))),
-         started}) << QStringLiteral("Sober");
-    QTest::newRow("two countdowns due together: the first in list order wins")
-        << sorted({item(countdown(QStringLiteral("Beta"), hoursAhead(3))),
-                   item(countdown(QStringLiteral("Alpha"), hoursAhead(3)))})
-        << QStringLiteral("Alpha");
-
-    // Midnight of 2 March is 15:00 UTC on 1 March in Tokyo but 21:00 UTC in Istanbul.
-    QTest::newRow("an all-day countdown orders by midnight in its own zone")
-        << QList<CountdownItem> {item(
-                                     countdown(QStringLiteral("Call"), at("2026-03-01T18:00:00Z"))),
-                                 item(allDay(QStringLiteral("Tokyo day"),
-                                             at("2026-03-02T03:00:00Z"), "Asia/Tokyo"))}
-        << QStringLiteral("Tokyo day");
-    CalendarOccurrence holiday =
-        occurrence(QStringLiteral("s4"), QStringLiteral("Holiday"), at("2026-03-01T17:00:00Z"));
-    holiday.isAllDay = true;
-    holiday.timeZoneID = QStringLiteral("America/New_York");
-    QTest::newRow("an all-day occurrence orders by the start of its day in its own zone")
-        << QList<CountdownItem> {item(countdown(QStringLiteral("Call"), hoursAhead(2))),
-                                 item(holiday)}
-        << QStringLiteral("Holiday");
-}
-
-void tst_PinResolver::automaticChoice()
-{
-    QFETCH(QList<CountdownItem>, items);
-    QFETCH(QString, expected);
-
-    const PinResolver::Resolution resolution = PinResolver::resolve(std::nullopt, items, now);
-    QCOMPARE(resolution.storedTarget, State::automatic);
-    QCOMPARE(resolution.item ? resolution.item->title() : QString(), expected);
+    QTest::newRow(name) << items << pin << QString::fromUtf8(holder) << state;
 }
 
 void tst_PinResolver::resolve_data()
 {
     QTest::addColumn<QList<CountdownItem>>("items");
     QTest::addColumn<std::optional<PinTarget>>("pin");
-    QTest::addColumn<QString>("expectedTitle");
-    QTest::addColumn<State>("expectedState");
+    QTest::addColumn<QString>("holder");
+    QTest::addColumn<State>("state");
 
-    const Event flight = countdown(QStringLiteral("Flight"), now.addSecs(3600));
-    const Event sober = countUp(QStringLiteral("Sober"), now.addYears(-3));
-    const Event arrived = reached(countdown(QStringLiteral("Arrived"), now.addSecs(-60)), true);
-    const Event settled = reached(countdown(QStringLiteral("Settled"), now.addSecs(-60)));
-    const CalendarOccurrence past =
-        occurrence(QStringLiteral("standup"), QStringLiteral("Standup"), now.addSecs(-1));
-    const CalendarOccurrence next =
-        occurrence(QStringLiteral("standup"), QStringLiteral("Standup tomorrow"), now.addDays(1));
-    const CalendarOccurrence later =
-        occurrence(QStringLiteral("standup"), QStringLiteral("Standup next week"), now.addDays(7));
-    CalendarOccurrence excluded =
-        occurrence(QStringLiteral("gym"), QStringLiteral("Gym"), now.addDays(2));
+    const qint64 hour = 3600, day = 86400;
+    const CountdownItem sober = up("Sober", 40 * day);
+    row("nothing at all holds nothing", {}, "");
+    row("a countdown 23 hours away beats a count-up", {down("Flight", 23 * hour), sober}, "Flight");
+    row("a countdown exactly a day away is not imminent and yields to a count-up",
+        {down("Flight", day), sober}, "Sober");
+    row("the nearest countdown however far holds when there is no count-up",
+        {down("Exam", 40 * day), down("Trip", 3 * day)}, "Trip");
+    row("only count-ups: the most recently started holds",
+        {sober, up("Job", 3 * day), up("Born", 30 * 365 * day)}, "Job");
+    row("a waiting celebration outranks an imminent countdown",
+        {down("Soon", 60), arrived("Party", 2 * day)}, "Party");
+    row("of two waiting celebrations the later one holds",
+        {arrived("Old", 2 * day), arrived("New", day)}, "New");
+    row("an acknowledged arrival gives way to the next countdown",
+        {down("Soon", 2 * day), arrived("Party", 2 * day, true)}, "Soon");
+    row("two countdowns due together: the first in list order wins",
+        {down("Beta", 3 * hour), down("Alpha", 3 * hour)}, "Alpha");
+
+    CalendarOccurrence hidden = occurrence("s1", "Hidden", now.addSecs(hour));
+    hidden.isHidden = true;
+    CalendarOccurrence excluded = occurrence("s2", "Excluded", now.addSecs(2 * hour));
+    excluded.excludedFromAutomatic = true;
+    row("hidden and excluded calendar items never win automatically",
+        {item(hidden), item(excluded), down("Later", 5 * hour)}, "Later");
+    row("a calendar occurrence that already started is not a countdown",
+        {item(occurrence("s3", "Standup", now.addSecs(-1))), sober}, "Sober");
+    // The holiday's day started at 05:00 UTC in New York, before the call at 14:00 UTC.
+    CalendarOccurrence holiday = occurrence("s4", "Holiday", at("2026-03-01T17:00:00Z"));
+    holiday.isAllDay = true;
+    holiday.timeZoneID = QStringLiteral("America/New_York");
+    row("an all-day occurrence orders by the start of its day in its own zone",
+        {down("Call", 2 * hour), item(holiday)}, "Holiday");
+
+    const Event flight = countdown("Flight", now.addSecs(hour));
+    const Event pinnedSober = countUp("Sober", now.addYears(-3));
+    const Event waiting = reached(countdown("Arrived", now.addSecs(-60)), true);
+    const Event settled = reached(countdown("Settled", now.addSecs(-60)));
+    const CalendarOccurrence past = occurrence("standup", "Standup", now.addSecs(-1));
+    const CalendarOccurrence next = occurrence("standup", "Standup tomorrow", now.addSecs(day));
+    const CountdownItem later = item(occurrence("standup", "Standup next week", now.addDays(7)));
+    excluded = occurrence("gym", "Gym", now.addSecs(2 * day));
     excluded.excludedFromAutomatic = true;
     excluded.isHidden = true;
-    const QList<CountdownItem> items =
-        sorted({item(flight), item(sober), item(arrived), item(settled), item(past), item(next),
-                item(later), item(excluded)});
-
-    QTest::newRow("no pin: the automatic choice")
-        << items << std::optional<PinTarget>() << QStringLiteral("Arrived") << State::automatic;
-    QTest::newRow("a pinned count-up stays pinned")
-        << items << std::optional(PinTarget::manual(sober.id)) << QStringLiteral("Sober")
-        << State::resolved;
-    QTest::newRow("a pinned arrival waiting for its celebration stays pinned")
-        << items << std::optional(PinTarget::manual(arrived.id)) << QStringLiteral("Arrived")
-        << State::resolved;
-    QTest::newRow("a pinned arrival that is settled is released")
-        << items << std::optional(PinTarget::manual(settled.id)) << QStringLiteral("Arrived")
-        << State::released;
-    QTest::newRow("a pinned occurrence that started one second ago is released")
-        << items << std::optional(PinTarget::calendarOccurrence(past.ref))
-        << QStringLiteral("Arrived") << State::released;
-    QTest::newRow("a pinned series moves on to its next upcoming occurrence")
-        << items << std::optional(PinTarget::calendarSeries(past.ref.series))
-        << QStringLiteral("Standup tomorrow") << State::resolved;
-    QTest::newRow("a hidden, excluded occurrence can still be pinned")
-        << items << std::optional(PinTarget::calendarOccurrence(excluded.ref))
-        << QStringLiteral("Gym") << State::resolved;
-    QTest::newRow("a pin to an event that is gone is missing")
-        << items << std::optional(PinTarget::manual(QUuid::createUuid()))
-        << QStringLiteral("Arrived") << State::missing;
-    QTest::newRow("a pin to a series without any occurrence left is missing")
-        << items
-        << std::optional(
-               PinTarget::calendarSeries({QStringLiteral("work"), QStringLiteral("gone")}))
-        << QStringLiteral("Arrived") << State::missing;
-    QTest::newRow("a series whose occurrences all started is released")
-        << sorted({item(past), item(flight)})
-        << std::optional(PinTarget::calendarSeries(past.ref.series)) << QStringLiteral("Flight")
-        << State::released;
+    // The same series id and start in another calendar is another series.
+    CalendarOccurrence twin = next;
+    twin.title = QStringLiteral("Elsewhere");
+    twin.ref.series.calendarID = QStringLiteral("home");
+    const QList<CountdownItem> items {item(flight),  item(pinnedSober), item(waiting),
+                                      item(settled), item(past),        item(next),
+                                      item(twin),    item(excluded),    later};
+    row("a pinned count-up stays pinned", items, "Sober", PinTarget::manual(pinnedSober.id),
+        State::resolved);
+    row("a pinned arrival waiting for its celebration stays pinned", items, "Arrived",
+        PinTarget::manual(waiting.id), State::resolved);
+    row("a pinned arrival that is settled is released to the automatic choice", items, "Arrived",
+        PinTarget::manual(settled.id), State::released);
+    row("a pinned occurrence that started one second ago is released", items, "Arrived",
+        PinTarget::calendarOccurrence(past.ref), State::released);
+    row("a pinned series moves on to its next upcoming occurrence in its own calendar", items,
+        "Standup tomorrow", PinTarget::calendarSeries(past.ref.series), State::resolved);
+    row("a pinned occurrence holds, not its twin in another calendar", items, "Standup tomorrow",
+        PinTarget::calendarOccurrence(next.ref), State::resolved);
+    row("a hidden, excluded occurrence can still be pinned", items, "Gym",
+        PinTarget::calendarOccurrence(excluded.ref), State::resolved);
+    row("a pin to an event that is gone is missing", items, "Arrived",
+        PinTarget::manual(QUuid::createUuid()), State::missing);
+    row("a pin to a series without any occurrence left is missing", items, "Arrived",
+        PinTarget::calendarSeries({"work", "gone"}), State::missing);
+    row("a series whose occurrences all started is released", {item(past), item(flight)}, "Flight",
+        PinTarget::calendarSeries(past.ref.series), State::released);
 }
 
 void tst_PinResolver::resolve()
 {
     QFETCH(QList<CountdownItem>, items);
     QFETCH(std::optional<PinTarget>, pin);
-    QFETCH(QString, expectedTitle);
-    QFETCH(State, expectedState);
+    QFETCH(QString, holder);
+    QFETCH(State, state);
 
     const PinResolver::Resolution resolution = PinResolver::resolve(pin, items, now);
-    QCOMPARE(resolution.item ? resolution.item->title() : QString(), expectedTitle);
-    QCOMPARE(resolution.storedTarget, expectedState);
+    QCOMPARE(resolution.item ? resolution.item->title() : QString(), holder);
+    QCOMPARE(resolution.storedTarget, state);
     QCOMPARE(PinResolver::targetExists(pin.value_or(PinTarget()), items),
-             expectedState != State::missing && pin.has_value());
+             pin && state != State::missing);
 }
 
 void tst_PinResolver::rowPinState()
 {
-    const Event flight = countdown(QStringLiteral("Flight"), now.addSecs(3600));
-    const Event trip = countdown(QStringLiteral("Trip"), now.addDays(30));
-    const QList<CountdownItem> items = sorted({item(flight), item(trip)});
-
-    const auto automatic = PinResolver::resolve(std::nullopt, items, now);
-    QCOMPARE(PinResolver::rowPinState(std::nullopt, automatic, item(flight)), RowPinState::auto_);
-    QCOMPARE(PinResolver::rowPinState(std::nullopt, automatic, item(trip)), RowPinState::none);
-
-    const std::optional<PinTarget> pin = PinTarget::manual(trip.id);
-    const auto pinned = PinResolver::resolve(pin, items, now);
-    QCOMPARE(PinResolver::rowPinState(pin, pinned, item(trip)), RowPinState::explicit_);
-    QCOMPARE(PinResolver::rowPinState(pin, pinned, item(flight)), RowPinState::none);
-
-    const std::optional<PinTarget> gone = PinTarget::manual(QUuid::createUuid());
-    const auto missing = PinResolver::resolve(gone, items, now);
-    QCOMPARE(PinResolver::rowPinState(gone, missing, item(flight)), RowPinState::none);
+    const CountdownItem flight = down("Flight", 3600), trip = down("Trip", 30 * 86400);
+    const QList<CountdownItem> items {flight, trip};
+    const auto stateOf = [&](const std::optional<PinTarget> &pin, const CountdownItem &row) {
+        return PinResolver::rowPinState(pin, PinResolver::resolve(pin, items, now), row);
+    };
+    QCOMPARE(stateOf(std::nullopt, flight), RowPinState::auto_);
+    QCOMPARE(stateOf(std::nullopt, trip), RowPinState::none);
+    const PinTarget pin = PinTarget::manual(trip.event()->id);
+    QCOMPARE(stateOf(pin, trip), RowPinState::explicit_);
+    QCOMPARE(stateOf(pin, flight), RowPinState::none);
+    // A missing pin falls back to the automatic choice, but the row is not marked as held.
+    QCOMPARE(stateOf(PinTarget::manual(QUuid::createUuid()), flight), RowPinState::none);
 }
 
 void tst_PinResolver::menubarSubject()
 {
-    Event flight = countdown(QStringLiteral("Flight"), now.addSecs(3600));
+    Event flight = countdown("Flight", now.addSecs(3600));
     flight.timeZone = QStringLiteral("Mars/Olympus_Mons");
     const MenubarSubject manual = MenubarSubject::of(item(flight));
     QCOMPARE(manual.title, QStringLiteral("Flight"));
     QVERIFY(!manual.icon);
     QCOMPARE(manual.timeZone, QTimeZone::systemTimeZone());
 
-    CalendarOccurrence standup = occurrence(QStringLiteral("s"), QStringLiteral("Standup"), now);
+    CalendarOccurrence standup = occurrence("s", "Standup", now);
     standup.timeZoneID = QStringLiteral("Asia/Tokyo");
     const MenubarSubject calendar = MenubarSubject::of(item(standup));
     QCOMPARE(calendar.icon, std::optional(IconRef {QStringLiteral("calendar")}));

@@ -16,16 +16,13 @@ QDateTime at(const char *iso)
     return *IsoDate::parse(QByteArrayView(iso));
 }
 
-Event makeEvent(const QString &title, const char *target,
-                CountdownDirection direction = CountdownDirection::until, bool includeTime = true)
+Event makeEvent(const char *title, const char *target,
+                CountdownDirection direction = CountdownDirection::until)
 {
-    Event e;
-    e.id = QUuid::createUuid();
-    e.title = title;
+    Event e = Event::created(QString::fromUtf8(title), at("2026-01-01T00:00:00Z"),
+                             QTimeZone("Europe/Berlin"));
     e.targetDate = at(target);
-    e.includeTime = includeTime;
-    e.timeZone = QStringLiteral("Europe/Berlin");
-    e.createdAt = at("2026-01-01T00:00:00Z");
+    e.includeTime = true;
     e.direction = direction;
     return e;
 }
@@ -50,21 +47,17 @@ private Q_SLOTS:
     void init();
     void olderFiles_data();
     void olderFiles();
-    void legacyFileIsWrittenBackAsEnvelopeWithSwitches();
-    void pinnedEventIdIsWrittenWithThePin();
-    void ordering();
-    void unreadableFileLoadsEmptyAndIsKeptAside();
-    void undecodableFileIsKeptAsideBeforeTheFirstSave();
+    void orderingAndUpdates();
+    void unreadableFileIsNeverReplacedWithoutACopy();
     void failedWriteLeavesFileAndStateAlone();
     void pinRules();
-    void deletingThePinnedEventClearsThePin();
-    void backupImport_data();
     void backupImport();
-    void calendarEntriesWithNothingChosenAreDropped();
+    void calendarEntriesRoundTripAndEmptyOnesAreDropped();
 
 private:
     std::unique_ptr<TempPathProvider> m_paths;
     FaultyFileAccess m_files;
+    QByteArray onDisk() const { return readFile(m_paths->eventFile()); }
 };
 
 void TestEventStore::init()
@@ -77,28 +70,28 @@ void TestEventStore::olderFiles_data()
 {
     QTest::addColumn<QString>("fixture");
     QTest::addColumn<QStringList>("titles");
-    QTest::addColumn<QString>("pin"); // "manual:<title>", "series:<seriesID>" or empty
+    QTest::addColumn<QString>("pin"); // the pinned event's title or series
     QTest::addColumn<bool>("needsMigration");
+    QTest::addColumn<int>("calendarEntries");
+    QTest::addColumn<bool>("unreadable");
 
     QTest::newRow("A version 1 file is one pinned event")
-        << "events/v1-legacy-single-event.json" << QStringList {"Flight to Lisbon"}
-        << "manual:Flight to Lisbon" << true;
+        << "v1-legacy-single-event" << QStringList {"Flight to Lisbon"} << "Flight to Lisbon"
+        << true << 0 << false;
     QTest::newRow("Version 2 with the old pin field")
-        << "events/v2-pinned-event-id.json" << QStringList {"Holiday", "Exam"} << "manual:Exam"
-        << true;
+        << "v2-pinned-event-id" << QStringList {"Holiday", "Exam"} << "Exam" << true << 0 << false;
     QTest::newRow("Version 2 without events needs no migration")
-        << "events/v2-empty.json" << QStringList {} << QString() << false;
+        << "v2-empty" << QStringList {} << "" << false << 0 << false;
     QTest::newRow("Version 3 never needs the migration")
-        << "events/v3-no-migration.json" << QStringList {"Concert"} << QString() << false;
-    QTest::newRow("A pinned calendar series counts as kept")
-        << "events/v10-calendar-pin.json" << QStringList {} << "series:standup@example.com"
-        << false;
+        << "v3-no-migration" << QStringList {"Concert"} << "" << false << 0 << false;
+    QTest::newRow("Calendar choices load, and a pinned series counts as kept")
+        << "v10-calendar-pin" << QStringList {} << "standup@example.com" << false << 5 << false;
     QTest::newRow("A pin of an unknown kind is no pin; the events still load")
-        << "events/unknown-pin-kind.json" << QStringList {"Party"} << QString() << false;
+        << "unknown-pin-kind" << QStringList {"Party"} << "" << false << 0 << false;
     QTest::newRow("One bad date makes the whole file unreadable")
-        << "events/bad-date-in-envelope.json" << QStringList {} << QString() << false;
+        << "bad-date-in-envelope" << QStringList {} << "" << false << 0 << true;
     QTest::newRow("A truncated file loads empty")
-        << "events/truncated.json" << QStringList {} << QString() << false;
+        << "truncated" << QStringList {} << "" << false << 0 << true;
 }
 
 void TestEventStore::olderFiles()
@@ -107,90 +100,88 @@ void TestEventStore::olderFiles()
     QFETCH(QStringList, titles);
     QFETCH(QString, pin);
     QFETCH(bool, needsMigration);
-    QVERIFY(installFixture(fixture, m_paths->supportDirectory(), QStringLiteral("event.json")));
+    QFETCH(int, calendarEntries);
+    QFETCH(bool, unreadable);
+    fixture = QStringLiteral("events/%1.json").arg(fixture);
+    QVERIFY(installFixture(fixture, m_paths->supportDirectory()));
+    if (unreadable)
+        QTest::ignoreMessage(QtCriticalMsg,
+                             "event.json present but neither a versioned "
+                             "envelope nor a legacy v1 event");
 
-    const EventStore store(*m_paths, m_files);
+    EventStore store(*m_paths, m_files);
     QCOMPARE(::titles(store.events()), titles);
     QCOMPARE(store.needsReachSignalMigration(), needsMigration);
-    QString actualPin;
-    if (store.pin() && store.pin()->kind == PinTarget::Kind::manual)
-        actualPin = QStringLiteral("manual:") + store.event(store.pin()->eventID)->title;
-    else if (store.pin())
-        actualPin = QStringLiteral("series:") + store.pin()->series.seriesID;
-    QCOMPARE(actualPin, pin);
-    if (store.pin() && store.pin()->isCalendar())
-        QVERIFY(store.keptCalendarSeries().contains(store.pin()->series));
+    const std::optional<PinTarget> &actualPin = store.pin();
+    QCOMPARE(!actualPin                    ? QString()
+                 : actualPin->isCalendar() ? actualPin->series.seriesID
+                                           : store.event(actualPin->eventID)->title,
+             pin);
+    const StoreState &state = store.state();
+    QCOMPARE(state.calendarIcons.size() + state.hiddenCalendarSeries.size()
+                 + state.keptCalendarSeries.size() + state.calendarReach.size()
+                 + state.calendarAnnotations.size(),
+             calendarEntries);
+    if (actualPin && actualPin->isCalendar())
+        QVERIFY(store.keptCalendarSeries().contains(actualPin->series));
     QCOMPARE(m_files.writes, 0); // loading never writes
-}
+    QCOMPARE(onDisk(), fixtureBytes(fixture));
 
-void TestEventStore::legacyFileIsWrittenBackAsEnvelopeWithSwitches()
-{
-    QVERIFY(installFixture(QStringLiteral("events/v1-legacy-single-event.json"),
-                           m_paths->supportDirectory(), QStringLiteral("event.json")));
-    EventStore store(*m_paths, m_files);
-    QSignalSpy changed(&store, &EventStore::eventsChanged);
-    store.migrateReachSignals(true, false);
-    QCOMPARE(changed.count(), 1);
-    QVERIFY(!store.needsReachSignalMigration());
-
-    const QByteArray written = readFile(m_paths->eventFile());
-    QVERIFY(written.contains("\"schemaVersion\": 10"));
-    QVERIFY(written.contains("\"celebrationEnabled\": true"));
-    QVERIFY(written.contains("\"notifyOnReach\": false"));
-    QVERIFY(written.contains("\"value\": \"party.popper.fill\""));
-    QVERIFY(written.contains("\"pinnedEventID\": \"6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11\""));
-
-    store.migrateReachSignals(false, true); // once only
-    QCOMPARE(readFile(m_paths->eventFile()), written);
+    // Older files take the reach switches the settings of their version held, once; the first
+    // save writes everything back in the current form, keeping a file it could not read aside.
+    if (needsMigration) {
+        store.migrateReachSignals(true, false);
+        store.migrateReachSignals(false, true);
+        for (const Event &event : store.events())
+            QVERIFY(event.celebrationEnabled && !event.notifyOnReach);
+    }
+    if (unreadable)
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(QStringLiteral("^Kept the unreadable event.json")));
+    QVERIFY(store.addEvent(makeEvent("New", "2026-05-01T10:00:00Z")));
+    QVERIFY(store.addEvent(makeEvent("Another", "2026-06-01T10:00:00Z")));
     const EventStore reloaded(*m_paths, m_files);
     QCOMPARE(reloaded.state(), store.state());
+    QVERIFY(!reloaded.needsReachSignalMigration());
+    const QDir folder(m_paths->supportDirectory());
+    const QStringList aside = folder.entryList({QStringLiteral("event (*")}, QDir::Files);
+    QCOMPARE(aside.size(), unreadable ? 1 : 0);
+    if (unreadable)
+        QCOMPARE(readFile(folder.filePath(aside.first())), fixtureBytes(fixture));
 }
 
-void TestEventStore::pinnedEventIdIsWrittenWithThePin()
+void TestEventStore::orderingAndUpdates()
 {
-    QVERIFY(installFixture(QStringLiteral("events/v2-pinned-event-id.json"),
-                           m_paths->supportDirectory(), QStringLiteral("event.json")));
+    constexpr CountdownDirection since = CountdownDirection::since;
     EventStore store(*m_paths, m_files);
-    QVERIFY(store.addEvent(makeEvent(QStringLiteral("New"), "2026-05-01T10:00:00Z")));
-    const QByteArray written = readFile(m_paths->eventFile());
-    QVERIFY(
-        written.contains("\"pin\": {\n        \"id\": \"A1B2C3D4-0000-4000-8000-000000000001\",\n"
-                         "        \"kind\": \"manual\"\n    },\n"
-                         "    \"pinnedEventID\": \"A1B2C3D4-0000-4000-8000-000000000001\""));
-}
-
-void TestEventStore::ordering()
-{
-    EventStore store(*m_paths, m_files);
-    Event reached = makeEvent(QStringLiteral("Arrived"), "2026-01-05T00:00:00Z");
+    Event reached = makeEvent("Arrived", "2026-01-05T00:00:00Z");
     reached.reachedAt = at("2026-01-05T00:00:01Z");
-    const QList<Event> events = {
-        makeEvent(QStringLiteral("Later"), "2026-09-01T00:00:00Z"),
-        makeEvent(QStringLiteral("Started last year"), "2025-03-01T00:00:00Z",
-                  CountdownDirection::since),
-        reached,
-        makeEvent(QStringLiteral("Sooner"), "2026-04-01T00:00:00Z"),
-        makeEvent(QStringLiteral("Started yesterday"), "2026-02-28T00:00:00Z",
-                  CountdownDirection::since),
-    };
-    for (const Event &e : events)
+    Event later = makeEvent("Later", "2026-09-01T00:00:00Z");
+    later.note = QStringLiteral("Bring flowers");
+    for (const Event &e : {later, makeEvent("Started last year", "2025-03-01T00:00:00Z", since),
+                           reached, makeEvent("Sooner", "2026-04-01T00:00:00Z"),
+                           makeEvent("Started yesterday", "2026-02-28T00:00:00Z", since)})
         QVERIFY(store.addEvent(e));
     const QStringList expected = {"Sooner", "Later", "Started yesterday", "Started last year",
                                   "Arrived"};
     QCOMPARE(titles(store.events()), expected);
     QCOMPARE(titles(EventStore(*m_paths, m_files).events()), expected);
 
-    // An update re-sorts: the later countdown moves up.
+    // An update re-sorts (the later countdown moves up) and changes only what the patch holds.
     EventPatch patch;
     patch.targetDate = at("2026-03-15T00:00:00Z");
-    QVERIFY(store.updateEvent(store.events().at(1).id, patch));
+    patch.note = std::optional<QString>(); // present, nil: clears the note
+    QVERIFY(store.updateEvent(later.id, patch));
     QCOMPARE(titles(store.events()).first(), QStringLiteral("Later"));
+    later.targetDate = *patch.targetDate;
+    later.note.reset();
+    QCOMPARE(EventStore(*m_paths, m_files).events().first(), later);
 }
 
-void TestEventStore::unreadableFileLoadsEmptyAndIsKeptAside()
+void TestEventStore::unreadableFileIsNeverReplacedWithoutACopy()
 {
-    QVERIFY(installFixture(QStringLiteral("events/v3-no-migration.json"),
-                           m_paths->supportDirectory(), QStringLiteral("event.json")));
+    QVERIFY(
+        installFixture(QStringLiteral("events/v3-no-migration.json"), m_paths->supportDirectory()));
     m_files.failReads = true;
     QTest::ignoreMessage(QtCriticalMsg, "Failed to read event.json: Permission denied");
     EventStore store(*m_paths, m_files);
@@ -200,62 +191,34 @@ void TestEventStore::unreadableFileLoadsEmptyAndIsKeptAside()
     // The copy aside fails: the save is refused rather than losing the user's file.
     m_files.failCopies = true;
     EventStoreError error;
-    QVERIFY(!store.addEvent(makeEvent(QStringLiteral("New"), "2026-05-01T10:00:00Z"), &error));
+    QVERIFY(!store.addEvent(makeEvent("New", "2026-05-01T10:00:00Z"), &error));
     QVERIFY(error.description.contains(u"unreadable event.json"));
-    QCOMPARE(readFile(m_paths->eventFile()),
-             fixtureBytes(QStringLiteral("events/v3-no-migration.json")));
+    QCOMPARE(onDisk(), fixtureBytes(QStringLiteral("events/v3-no-migration.json")));
     QVERIFY(store.events().isEmpty());
-}
-
-void TestEventStore::undecodableFileIsKeptAsideBeforeTheFirstSave()
-{
-    QVERIFY(installFixture(QStringLiteral("events/bad-date-in-envelope.json"),
-                           m_paths->supportDirectory(), QStringLiteral("event.json")));
-    QTest::ignoreMessage(
-        QtCriticalMsg, "event.json present but neither a versioned envelope nor a legacy v1 event");
-    EventStore store(*m_paths, m_files);
-    QCOMPARE(readFile(m_paths->eventFile()),
-             fixtureBytes(QStringLiteral("events/bad-date-in-envelope.json")));
-
-    QTest::ignoreMessage(
-        QtWarningMsg, QRegularExpression(QStringLiteral("^Kept the unreadable event.json as .*")));
-    QVERIFY(store.addEvent(makeEvent(QStringLiteral("New"), "2026-05-01T10:00:00Z")));
-    const QStringList aside =
-        QDir(m_paths->supportDirectory())
-            .entryList({QStringLiteral("event (unreadable *).json")}, QDir::Files);
-    QCOMPARE(aside.size(), 1);
-    QCOMPARE(readFile(QDir(m_paths->supportDirectory()).filePath(aside.first())),
-             fixtureBytes(QStringLiteral("events/bad-date-in-envelope.json")));
-    // Only once: the second save just saves.
-    QVERIFY(store.addEvent(makeEvent(QStringLiteral("Another"), "2026-06-01T10:00:00Z")));
-    QCOMPARE(QDir(m_paths->supportDirectory())
-                 .entryList({QStringLiteral("event (*")}, QDir::Files)
-                 .size(),
-             1);
 }
 
 void TestEventStore::failedWriteLeavesFileAndStateAlone()
 {
     EventStore store(*m_paths, m_files);
-    const Event kept = makeEvent(QStringLiteral("Kept"), "2026-05-01T10:00:00Z");
+    const Event kept = makeEvent("Kept", "2026-05-01T10:00:00Z");
     QVERIFY(store.addEvent(kept));
     QVERIFY(store.setPin(PinTarget::manual(kept.id)));
-    const QByteArray onDisk = readFile(m_paths->eventFile());
-    const StoreState before = store.state();
+    const QByteArray before = onDisk();
+    const StoreState state = store.state();
 
     m_files.failWrites = true;
     QSignalSpy events(&store, &EventStore::eventsChanged);
     QSignalSpy pin(&store, &EventStore::pinChanged);
     EventStoreError error;
-    QVERIFY(!store.addEvent(makeEvent(QStringLiteral("Lost"), "2026-06-01T10:00:00Z"), &error));
+    QVERIFY(!store.addEvent(makeEvent("Lost", "2026-06-01T10:00:00Z"), &error));
     QCOMPARE(error.kind, EventStoreError::Kind::writeFailed);
     QCOMPARE(error.description, QStringLiteral("No space left on device"));
     QVERIFY(!store.deleteEvent(kept.id));
     QVERIFY(!store.setPin(std::nullopt));
     QVERIFY(!store.setSeriesHidden(Standup, true));
-    QCOMPARE(store.state(), before);
+    QCOMPARE(store.state(), state);
     QCOMPARE(events.count() + pin.count(), 0);
-    QCOMPARE(readFile(m_paths->eventFile()), onDisk);
+    QCOMPARE(onDisk(), before);
 }
 
 void TestEventStore::pinRules()
@@ -266,83 +229,71 @@ void TestEventStore::pinRules()
     QCOMPARE(error.kind, EventStoreError::Kind::noEvent);
     QCOMPARE(m_files.writes, 0);
 
-    QVERIFY(store.setPin(PinTarget::calendarOccurrence({Standup, at("2026-03-02T09:00:00Z")})));
+    // A calendar pin keeps its series and is written without the older pin field.
+    const PinTarget standup = PinTarget::calendarOccurrence({Standup, at("2026-03-02T09:00:00Z")});
+    QVERIFY(store.setPin(standup));
     QVERIFY(store.keptCalendarSeries().contains(Standup));
+    QVERIFY(!onDisk().contains("pinnedEventID"));
+    QCOMPARE(EventStore(*m_paths, m_files).pin(), standup);
     const int writes = m_files.writes;
     QSignalSpy pinChanged(&store, &EventStore::pinChanged);
-    QVERIFY(store.setPin(PinTarget::calendarOccurrence({Standup, at("2026-03-02T09:00:00Z")})));
+    QVERIFY(store.setPin(standup));
     QCOMPARE(m_files.writes, writes); // the same pin writes nothing
     QCOMPARE(pinChanged.count(), 0);
-    QVERIFY(!readFile(m_paths->eventFile()).contains("pinnedEventID"));
-}
 
-void TestEventStore::deletingThePinnedEventClearsThePin()
-{
-    EventStore store(*m_paths, m_files);
-    const Event event = makeEvent(QStringLiteral("Pinned"), "2026-05-01T10:00:00Z");
-    QVERIFY(store.addEvent(event));
-    QVERIFY(store.setPin(PinTarget::manual(event.id)));
-    QSignalSpy pinChanged(&store, &EventStore::pinChanged);
+    // Older versions read only pinnedEventID: it is written with a pin of an event. Deleting
+    // the pinned event takes the pin with it.
+    Event event = makeEvent("Pinned", "2026-05-01T10:00:00Z");
+    event.id = QUuid::fromString(QStringLiteral("6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11"));
+    QVERIFY(store.addEvent(event) && store.setPin(PinTarget::manual(event.id)));
+    QVERIFY(
+        onDisk().contains("\"pin\": {\n        \"id\": \"6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11\",\n"
+                          "        \"kind\": \"manual\"\n    },\n"
+                          "    \"pinnedEventID\": \"6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11\""));
     QVERIFY(store.deleteEvent(event.id));
     QVERIFY(!store.pin());
-    QCOMPARE(pinChanged.count(), 1);
-    EventStoreError error;
+    QCOMPARE(pinChanged.count(), 2);
     QVERIFY(!store.deleteEvent(event.id, &error));
     QCOMPARE(error.kind, EventStoreError::Kind::noEvent);
 }
 
-void TestEventStore::backupImport_data()
-{
-    QTest::addColumn<bool>("replace");
-    QTest::addColumn<int>("added");
-    QTest::addColumn<int>("skipped");
-    QTest::addColumn<QStringList>("titles");
-    QTest::newRow("A merge skips the ids already there")
-        << false << 1 << 1 << QStringList {"Mine", "Imported"};
-    QTest::newRow("A replace keeps only the archive")
-        << true << 2 << 0 << QStringList {"Mine", "Imported"};
-}
-
 void TestEventStore::backupImport()
 {
-    QFETCH(bool, replace);
-    QFETCH(int, added);
-    QFETCH(int, skipped);
-    QFETCH(QStringList, titles);
+    // A merge skips the ids already there, keeping the store's copy; a replace keeps only the
+    // archive, and a pin of an event that is gone goes too.
     EventStore store(*m_paths, m_files);
-    Event mine = makeEvent(QStringLiteral("Mine"), "2026-04-01T00:00:00Z");
-    const Event onlyHere = makeEvent(QStringLiteral("Only here"), "2026-05-01T00:00:00Z");
-    QVERIFY(store.addEvent(mine));
-    QVERIFY(store.addEvent(onlyHere));
+    Event mine = makeEvent("Mine", "2026-04-01T00:00:00Z");
+    const Event onlyHere = makeEvent("Only here", "2026-05-01T00:00:00Z");
+    QVERIFY(store.addEvent(mine) && store.addEvent(onlyHere));
     QVERIFY(store.setPin(PinTarget::manual(onlyHere.id)));
-    mine.title = QStringLiteral("Mine, as exported"); // same id: the store's copy stays on merge
-    const QList<Event> archive = {mine,
-                                  makeEvent(QStringLiteral("Imported"), "2026-06-01T00:00:00Z")};
-
-    BackupImportCounts counts;
-    QVERIFY(store.importBackup(
-        archive, replace ? BackupImportMode::replace : BackupImportMode::merge, &counts));
-    QCOMPARE(counts.added, added);
-    QCOMPARE(counts.skipped, skipped);
-    QStringList expected = titles;
-    if (replace)
-        expected.first() = QStringLiteral("Mine, as exported");
-    else
-        expected.insert(1, QStringLiteral("Only here"));
-    QCOMPARE(::titles(store.events()), expected);
-    QCOMPARE(store.pin().has_value(), !replace); // a pin of an event that is gone goes too
+    mine.title = QStringLiteral("Mine, as exported");
+    const QList<Event> archive = {mine, makeEvent("Imported", "2026-06-01T00:00:00Z")};
+    BackupImportCounts merged, replaced;
+    QVERIFY(store.importBackup(archive, BackupImportMode::merge, &merged));
+    QCOMPARE(titles(store.events()), (QStringList {"Mine", "Only here", "Imported"}));
+    QVERIFY(store.pin());
+    QVERIFY(store.importBackup(archive, BackupImportMode::replace, &replaced));
+    QCOMPARE(titles(EventStore(*m_paths, m_files).events()),
+             (QStringList {"Mine, as exported", "Imported"}));
+    QVERIFY(!store.pin());
+    QCOMPARE((QList<qint64> {merged.added, merged.skipped, replaced.added, replaced.skipped}),
+             (QList<qint64> {1, 1, 2, 0}));
 }
 
-void TestEventStore::calendarEntriesWithNothingChosenAreDropped()
+void TestEventStore::calendarEntriesRoundTripAndEmptyOnesAreDropped()
 {
     EventStore store(*m_paths, m_files);
     CalendarReachSignals reach;
     reach.notifyOnReach = true;
+    reach.reminderLeadMinutes = {5};
+    reach.armed = {{at("2026-03-02T09:00:00Z"), u"Stand-up"_qs, u"https://zoom.us/j/1"_qs}};
+    reach.reached = {{at("2026-03-01T09:00:00Z"), u"Stand-up"_qs, std::nullopt}};
     QVERIFY(store.setCalendarReach(Standup, reach));
     QVERIFY(store.setCalendarAnnotation(Standup, CalendarAnnotation {QStringLiteral("note"), {}}));
     QVERIFY(store.setCalendarIcon(Standup, IconRef {QStringLiteral("person.3.fill")}));
     QCOMPARE(EventStore(*m_paths, m_files).state(), store.state());
 
+    // An entry with nothing chosen says no more than a missing one.
     QVERIFY(store.setCalendarReach(Standup, CalendarReachSignals()));
     QVERIFY(store.setCalendarAnnotation(Standup, CalendarAnnotation()));
     QVERIFY(store.setCalendarIcon(Standup, std::nullopt));
