@@ -7,38 +7,32 @@
 class FaultyFileAccess final : public FileAccess
 {
 public:
-    bool failReads = false;
-    bool failWrites = false;
-    bool failCopies = false;
-    int writes = 0;
+    bool failReads = false, failWrites = false, failCopies = false;
+    int writes = 0; // attempted
 
     bool exists(const QString &path) const override { return m_disk.exists(path); }
     std::optional<QByteArray> read(const QString &path, QString *error) const override
     {
-        if (failReads) {
-            *error = QStringLiteral("Permission denied");
-            return std::nullopt;
-        }
-        return m_disk.read(path, error);
+        return fails(failReads, "Permission denied", error) ? std::nullopt
+                                                            : m_disk.read(path, error);
     }
     bool writeAtomically(const QString &path, const QByteArray &bytes, QString *error) override
     {
-        if (failWrites) {
-            *error = QStringLiteral("No space left on device");
-            return false;
-        }
         ++writes;
-        return m_disk.writeAtomically(path, bytes, error);
+        return !fails(failWrites, "No space left on device", error)
+            && m_disk.writeAtomically(path, bytes, error);
     }
     bool copy(const QString &from, const QString &to, QString *error) override
     {
-        if (failCopies) {
-            *error = QStringLiteral("Permission denied");
-            return false;
-        }
-        return m_disk.copy(from, to, error);
+        return !fails(failCopies, "Permission denied", error) && m_disk.copy(from, to, error);
     }
 
 private:
+    static bool fails(bool fail, const char *reason, QString *error)
+    {
+        if (fail)
+            *error = QString::fromLatin1(reason);
+        return fail;
+    }
     DiskFileAccess m_disk;
 };

@@ -1,10 +1,7 @@
 #pragma once
 
 #include "countdown/CountdownItem.h"
-#include "records/CalendarOccurrence.h"
-#include "records/Event.h"
 
-#include <QDateTime>
 #include <QUuid>
 
 // Small builders for the countdowns and calendar occurrences the list tests arrange.
@@ -15,25 +12,17 @@ inline QDateTime at(const char *iso)
     return QDateTime::fromString(QString::fromLatin1(iso), Qt::ISODate).toUTC();
 }
 
-// A timed countdown in Istanbul, created ten days before its target.
-inline Event countdown(const QString &title, const QDateTime &target)
+// A timed countdown in Istanbul, created ten days before its target; given a `zone`, a countdown
+// to the whole day on which the target falls there.
+inline Event countdown(const QString &title, const QDateTime &target, const char *zone = nullptr)
 {
     Event event;
     event.id = QUuid::createUuid();
     event.title = title;
     event.targetDate = target;
-    event.includeTime = true;
-    event.timeZone = QStringLiteral("Europe/Istanbul");
+    event.includeTime = !zone;
+    event.timeZone = QString::fromLatin1(zone ? zone : "Europe/Istanbul");
     event.createdAt = target.addDays(-10);
-    return event;
-}
-
-// A countdown to the whole day on which `day` falls in `zone`.
-inline Event allDay(const QString &title, const QDateTime &day, const char *zone)
-{
-    Event event = countdown(title, day);
-    event.includeTime = false;
-    event.timeZone = QString::fromLatin1(zone);
     return event;
 }
 
@@ -52,11 +41,12 @@ inline Event reached(Event event, bool celebrate = false, bool acknowledged = fa
     return event;
 }
 
+// An hour-long occurrence in the "work" calendar.
 inline CalendarOccurrence occurrence(const QString &seriesID, const QString &title,
                                      const QDateTime &start)
 {
     CalendarOccurrence occurrence;
-    occurrence.ref = CalendarEventRef {CalendarSeriesRef {QStringLiteral("work"), seriesID}, start};
+    occurrence.ref = CalendarEventRef {CalendarSeriesRef {"work", seriesID}, start};
     occurrence.title = title;
     occurrence.start = start;
     occurrence.end = start.addSecs(3600);

@@ -12,10 +12,8 @@ class PrivateSessionBus
 public:
     ~PrivateSessionBus()
     {
-        if (m_daemon.state() != QProcess::NotRunning) {
-            m_daemon.terminate();
-            m_daemon.waitForFinished(5000);
-        }
+        m_daemon.terminate();
+        m_daemon.waitForFinished(5000);
     }
 
     // Starts the daemon and waits for its address; false when dbus-daemon cannot run.
@@ -23,11 +21,9 @@ public:
     {
         // The daemon goes when the test goes, even when the test crashes.
         m_daemon.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                        QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
-        if (!m_daemon.waitForStarted(5000))
-            return false;
+        m_daemon.start(
+            QStringLiteral("dbus-daemon"),
+            QStringLiteral("--session --nofork --nopidfile --print-address=1").split(u' '));
         while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(5000)) { }
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
         return !m_address.isEmpty();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -30,20 +29,11 @@ public:
         m_process.setProcessEnvironment(env);
     }
 
+    // Asks the process to quit; QProcess kills it when it does not within five seconds.
     ~TarrowProcess()
     {
         m_process.terminate();
-        if (!m_process.waitForFinished(5000))
-            m_process.kill();
-        m_process.waitForFinished(2000);
-    }
-
-    // Sets (or, for a null value, removes) a variable of the process's environment.
-    void setEnvironment(const QString &name, const QString &value)
-    {
-        QProcessEnvironment env = m_process.processEnvironment();
-        value.isNull() ? env.remove(name) : env.insert(name, value);
-        m_process.setProcessEnvironment(env);
+        m_process.waitForFinished(5000);
     }
 
     // Starts `tarrow --data-dir WORLD/dataFolder arguments...`.
@@ -59,12 +49,10 @@ public:
     // `timeoutMs` or the process ends without it.
     bool waitForLog(const QString &line, int timeoutMs = 15000)
     {
-        QElapsedTimer timer;
-        timer.start();
-        while (!log().contains(line) && !timer.hasExpired(timeoutMs)
-               && m_process.state() != QProcess::NotRunning)
-            m_process.waitForReadyRead(100);
-        return reported(log().contains(line), line);
+        const auto seenOrEnded = [&] {
+            return log().contains(line) || m_process.state() == QProcess::NotRunning;
+        };
+        return reported(QTest::qWaitFor(seenOrEnded, timeoutMs) && log().contains(line), line);
     }
 
     // True when the log still lacks `line` after `ms`; false (and the log printed) otherwise.

@@ -1,13 +1,17 @@
 #include "countdown/CountdownRegistry.h"
+#include "l10n/LocaleManager.h"
+#include "parse/NaturalDateParser.h"
 #include "storage/EventStore.h"
 #include "storage/FileAccess.h"
 #include "storage/PathProvider.h"
+#include "storage/SettingsStore.h"
 #include "support/FakeClock.h"
 #include "support/ItemFixtures.h"
 #include "ui/CountdownListModel.h"
 #include "ui/PopoverController.h"
 #include "ui/PopupPlacement.h"
 #include "ui/QuickEntryController.h"
+#include "ui/TableTranslator.h"
 
 #include <QAbstractItemModelTester>
 #include <QGuiApplication>
@@ -21,7 +25,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The popup over a real store; row times are the seconds left, so the test can read them.
+const QTimeZone kIstanbul("Europe/Istanbul");
+
+// The popup over a real store and the real parser, at 15:00 in Istanbul on 1 March 2026; row
+// times are the seconds left, so the test can read them.
 struct World
 {
     TempPathProvider paths;
@@ -33,16 +40,17 @@ struct World
         registry, clock, [](const CountdownItem &item, const QDateTime &now) {
             return CountdownRowTime {QString::number(now.secsTo(item.date())), 0.5};
         }};
-    QuickEntryController entry {store, clock, [](const QString &, const QDateTime &) {
-                                    return std::optional<NaturalDateMatch>();
+    QuickEntryController entry {store, clock, [](const QString &text, const QDateTime &now) {
+                                    return NaturalDateParser::parse(
+                                        text, now, QTimeZone::systemTimeZone(), false);
                                 }};
     PopoverController popover {QVariantMap {{u"listModel"_s, QVariant::fromValue(&list)},
                                             {u"quickEntry"_s, QVariant::fromValue(&entry)}}};
 
-    // Opens the popup beside an item at the top left; true once its window has the focus.
-    bool openActive()
+    // Opens the popup beside an item; true once its window has the focus.
+    bool openActive(const QRect &anchor = QRect(10, 0, 24, 24))
     {
-        popover.open(QRect(10, 0, 24, 24));
+        popover.open(anchor);
         return QTest::qWaitForWindowActive(popover.window());
     }
     QQuickItem *find(const QString &name) const
@@ -53,79 +61,69 @@ struct World
 
 } // namespace
 
-// The popup as the user meets it (offscreen): placed beside the item, closed by Escape or by a
-// click elsewhere, listing the store's countdowns and adding typed ones.
+// The popup as the user meets it (offscreen), where it is placed and the entry field behind it.
 class tst_PopoverController : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void opensBesideTheAnchor()
+    void opensBesideTheItemAndClosesWhenLeft()
     {
         World world;
         QSignalSpy shown(&world.popover, &PopoverController::shownChanged);
         const QRect anchor(700, 0, 24, 24);
-        world.popover.open(anchor);
+        QVERIFY(world.openActive(anchor));
         QQuickWindow *window = world.popover.window();
-        QVERIFY(window && world.popover.isShown());
         const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
         QCOMPARE(window->position(), PopupPlacement::topLeft(available, anchor, window->size()));
         QVERIFY(window->flags().testFlag(Qt::FramelessWindowHint));
-
         world.popover.open(); // a second request while open keeps it open
-        QVERIFY(world.popover.isShown());
         QCOMPARE(shown.count(), 1);
-    }
 
-    void escapeCloses()
-    {
-        World world;
-        QVERIFY(world.openActive());
-        QTest::keyClick(world.popover.window(), Qt::Key_Escape);
-        QTRY_VERIFY(!world.popover.isShown());
-    }
-
-    void clickElsewhereCloses()
-    {
-        World world;
-        QVERIFY(world.openActive());
         QTest::qWait(500); // past the moments in which focus that wanders off is taken back
         QWindow elsewhere;
         elsewhere.setGeometry(600, 400, 50, 50);
         elsewhere.show();
         elsewhere.requestActivate();
         QTRY_VERIFY(!world.popover.isShown());
+        QVERIFY(world.openActive());
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(!world.popover.isShown());
     }
 
-    void listsTheCountdownsInRegistryOrder()
+    // The popup's own texts come from the interface language's table and follow a switch.
+    void textsFollowTheLanguage()
+    {
+        World world;
+        SettingsStore settings(world.paths, world.files);
+        LocaleManager locale(settings, [] { return QStringList {u"en"_s}; });
+        TableTranslator translator(locale);
+        QCoreApplication::installTranslator(&translator);
+        world.popover.open();
+        const auto texts = [&world] {
+            QStringList found;
+            for (const QQuickItem *item : world.popover.window()->findChildren<QQuickItem *>())
+                found << item->property("text").toString();
+            return found;
+        };
+        QVERIFY(texts().contains(u"All"_s) && texts().contains(u"No countdowns yet"_s));
+        Settings german = settings.settings();
+        german.language = LanguagePref::de;
+        settings.setSettings(german);
+        world.popover.retranslate();
+        QTRY_VERIFY(texts().contains(u"Alle"_s));
+        QVERIFY2(texts().contains(u"Noch keine Countdowns"_s), qPrintable(texts().join(u'|')));
+    }
+
+    // Typing a title and Enter adds a countdown: it joins the store's others in the list, in the
+    // registry's order, and its time moves on with the clock.
+    void typedCountdownJoinsTheList()
     {
         World world;
         QAbstractItemModelTester tester(&world.list,
                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
         const QDateTime now = world.clock.now();
-        for (const auto &[title, days] : {std::pair {u"Holiday"_s, 30}, {u"Dentist"_s, 2}}) {
-            Event event = Fixture::countdown(title, now.addDays(days));
-            event.createdAt = now;
-            QVERIFY(world.store.addEvent(event));
-        }
-        world.popover.open(QRect(10, 0, 24, 24));
-        QVERIFY(world.find(u"countdownList"_s));
-        QTRY_COMPARE(world.find(u"countdownList"_s)->property("count").toInt(), 2);
-        const auto cell = [&world](int row, int role) {
-            return world.list.index(row).data(role).toString();
-        };
-        QCOMPARE(cell(0, CountdownListModel::TitleRole), u"Dentist"_s);
-        QCOMPARE(cell(0, CountdownListModel::TimeTextRole), QString::number(2 * 86400));
-        QCOMPARE(cell(1, CountdownListModel::TitleRole), u"Holiday"_s);
-
-        world.clock.advance(60);
-        world.list.refreshTimes();
-        QCOMPARE(cell(0, CountdownListModel::TimeTextRole), QString::number(2 * 86400 - 60));
-    }
-
-    void typingATitleAndEnterAddsACountdown()
-    {
-        World world;
+        QVERIFY(world.store.addEvent(Fixture::countdown(u"Holiday"_s, now.addDays(30))));
         QVERIFY(world.openActive());
         QQuickItem *input = world.find(u"quickEntryInput"_s);
         QVERIFY(input);
@@ -133,9 +131,108 @@ private Q_SLOTS:
         for (const char key : QByteArrayLiteral("Call mum"))
             QTest::keyClick(world.popover.window(), key);
         QTest::keyClick(world.popover.window(), Qt::Key_Return);
-        QTRY_COMPARE(world.store.events().size(), 1);
-        QCOMPARE(world.store.events().first().title, u"Call mum"_s);
+        QTRY_COMPARE(world.find(u"countdownList"_s)->property("count").toInt(), 2);
         QTRY_VERIFY(input->property("text").toString().isEmpty());
+        const auto rows = [&world] {
+            QStringList listed;
+            for (int row = 0; row < world.list.rowCount(); ++row)
+                for (int role : {CountdownListModel::TitleRole, CountdownListModel::TimeTextRole})
+                    listed << world.list.index(row).data(role).toString();
+            return listed.join(u' ');
+        };
+        // Without a date the countdown runs to tomorrow, 00:00 in Istanbul: 9 hours on.
+        QCOMPARE(rows(), u"Call mum 32400 Holiday 2592000"_s);
+        world.clock.advance(60);
+        world.list.refreshTimes();
+        QCOMPARE(rows(), u"Call mum 32340 Holiday 2591940"_s);
+    }
+
+    void showsTheParsersSuggestionWhileTyping()
+    {
+        World world;
+        QSignalSpy settled(&world.entry, &QuickEntryController::suggestionSettled);
+        // The answer may be applied at once or on a later turn of the event loop.
+        world.entry.setText(u"Dentist tomorrow at 3pm"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(settled.count(), 1, 5000);
+        QCOMPARE(std::tuple(world.entry.hasSuggestion(), world.entry.suggestedTitle(),
+                            world.entry.suggestedDate(), world.entry.suggestionIncludesTime()),
+                 std::tuple(true, u"Dentist"_s,
+                            QDateTime(QDate(2026, 3, 2), QTime(15, 0), kIstanbul), true));
+
+        world.entry.setText(u"Dentist"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(settled.count(), 2, 5000);
+        QVERIFY(!world.entry.hasSuggestion());
+    }
+
+    void submitAddsACountdown_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("title"); // null: nothing is added
+        QTest::addColumn<QDateTime>("target");
+        QTest::addColumn<bool>("includeTime");
+
+        QTest::newRow("A title with a date phrase counts down to that date, without the phrase")
+            << u"Dentist tomorrow at 3pm"_s << u"Dentist"_s
+            << QDateTime(QDate(2026, 3, 2), QTime(15, 0), kIstanbul) << true;
+        QTest::newRow("A title without a date counts down to tomorrow, all day")
+            << u"  Water the plants  "_s << u"Water the plants"_s
+            << QDateTime(QDate(2026, 3, 2), QTime(0, 0), kIstanbul) << false;
+        QTest::newRow("Blank text adds nothing") << u"   "_s << QString() << QDateTime() << false;
+    }
+
+    void submitAddsACountdown()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, title);
+        QFETCH(QDateTime, target);
+        QFETCH(bool, includeTime);
+
+        World world;
+        world.entry.setText(typed);
+        // Before the worker answered: the field parses on the spot. What it adds is on disk as
+        // `tarrow add` writes it, with the current schema version, and the field is emptied.
+        QCOMPARE(world.entry.submit(), !title.isNull());
+        using Stored = std::tuple<QString, QDateTime, bool, QDateTime, qint64>;
+        QList<Stored> stored;
+        for (const Event &e : EventStore(world.paths, world.files).events())
+            stored.append({e.title, e.targetDate, e.includeTime, e.createdAt, e.schemaVersion});
+        QList<Stored> expected;
+        if (!title.isNull())
+            expected.append({title, target.toUTC(), includeTime, world.clock.now(),
+                             Event::CurrentSchemaVersion});
+        QCOMPARE(stored, expected);
+        QVERIFY(title.isNull() || world.entry.text().isEmpty());
+    }
+
+    void placesBesideTheItem_data()
+    {
+        QTest::addColumn<QRect>("available");
+        QTest::addColumn<QRect>("anchor");
+        QTest::addColumn<QPoint>("topLeft");
+
+        // A 1920×1080 screen with a 32 px panel on one edge; the popup is 360×480, the gap 4 px.
+        const QRect belowTopPanel(0, 32, 1920, 1048);
+
+        QTest::newRow("Top panel: the popup hangs below the item, centred on it")
+            << belowTopPanel << QRect(900, 4, 24, 24) << QPoint(731, 32);
+        QTest::newRow("Bottom panel: the popup stands above the item, clear of the right edge")
+            << QRect(0, 0, 1920, 1048) << QRect(1800, 1052, 24, 24) << QPoint(1560, 568);
+        QTest::newRow("Left panel: the popup opens to the right of the item")
+            << QRect(32, 0, 1888, 1080) << QRect(4, 500, 24, 24) << QPoint(32, 271);
+        QTest::newRow("Right panel: the popup opens to the left of the item")
+            << QRect(0, 0, 1888, 1080) << QRect(1892, 500, 24, 24) << QPoint(1528, 271);
+        QTest::newRow("Item at the left end of a screen at negative coordinates: kept on it")
+            << QRect(-1280, 0, 1280, 992) << QRect(-1270, 1000, 24, 24) << QPoint(-1280, 512);
+        QTest::newRow("A pointer in mid-screen opens away from the nearest edge")
+            << belowTopPanel << QRect(960, 600, 1, 1) << QPoint(780, 116);
+    }
+
+    void placesBesideTheItem()
+    {
+        QFETCH(QRect, available);
+        QFETCH(QRect, anchor);
+        QFETCH(QPoint, topLeft);
+        QCOMPARE(PopupPlacement::topLeft(available, anchor, QSize(360, 480)), topLeft);
     }
 };
 

@@ -3,19 +3,10 @@
 #include <QPixmap>
 #include <QScreen>
 
-#include <cstdio>
-
 int main(int argc, char **argv)
 {
     QGuiApplication app(argc, argv);
-    if (argc < 2) {
-        std::fputs("usage: tarrow_screen_grab OUT.png\n", stderr);
-        return 2;
-    }
+    const QString out = app.arguments().value(1);
     QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen || !screen->grabWindow(0).save(QString::fromLocal8Bit(argv[1]), "PNG")) {
-        std::fputs("tarrow_screen_grab: could not grab the screen\n", stderr);
-        return 1;
-    }
-    return 0;
+    return screen && !out.isEmpty() && screen->grabWindow(0).save(out, "PNG") ? 0 : 1;
 }

@@ -3,11 +3,9 @@
 # go). Every process started here is ended by its PID when the script exits.
 pids=()
 cleanup() {
-    local pid
     for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
-        pid=${pids[i]}
-        kill "$pid" 2>/dev/null || true
-        wait "$pid" 2>/dev/null || true
+        kill "${pids[i]}" 2>/dev/null || true
+        wait "${pids[i]}" 2>/dev/null || true
     done
 }
 trap cleanup EXIT
@@ -29,12 +27,11 @@ retry() {
 # Starts Xvfb on a free display and xfce4-panel with only the notification area (the
 # StatusNotifierItem host) and waits for the panel's watcher.
 start_desktop() {
-    # X server on a free display number, reported by Xvfb itself.
+    # Xvfb reports the free display it took once it accepts connections.
     Xvfb -displayfd 3 -screen 0 1024x600x24 -nolisten tcp 3>"$world/display" 2>"$out/xvfb.log" &
     pids+=($!)
     retry 100 test -s "$world/display" || fail "Xvfb did not start"
     export DISPLAY=":$(head -n1 "$world/display")"
-    retry 50 xdpyinfo || fail "display $DISPLAY does not answer"
     dbus-update-activation-environment DISPLAY XDG_CURRENT_DESKTOP HOME XDG_CONFIG_HOME XDG_DATA_HOME \
         XDG_CACHE_HOME XDG_RUNTIME_DIR XDG_CONFIG_DIRS XDG_DATA_DIRS GSETTINGS_BACKEND
 
@@ -50,8 +47,6 @@ start_desktop() {
     <value type="int" value="1"/>
     <property name="panel-1" type="empty">
       <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="size" type="uint" value="32"/>
       <property name="plugin-ids" type="array">
         <value type="int" value="1"/>
       </property>

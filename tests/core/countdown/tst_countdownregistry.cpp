@@ -1,5 +1,7 @@
 #include "countdown/CountdownListScope.h"
 #include "countdown/CountdownRegistry.h"
+#include "countdown/MenubarSubject.h"
+#include "countdown/PinResolver.h"
 #include "storage/EventStore.h"
 #include "support/ItemFixtures.h"
 #include "support/ListCalendarSource.h"
@@ -8,6 +10,7 @@
 #include <QTest>
 
 using namespace Fixture;
+using State = PinResolver::StoredTargetState;
 
 struct World
 {
@@ -29,15 +32,13 @@ private Q_SLOTS:
     void filter_data();
     void filter();
     void sectionsCountEveryShownItemOnce();
+    void pinResolution_data();
+    void pinResolution();
+    void menubarSubject();
 };
 
 static const QDateTime now = at("2026-03-01T12:00:00Z");
 static const CalendarSeriesRef standupSeries {"work", "standup"};
-
-static CalendarOccurrence standup(const char *title, const QDateTime &start)
-{
-    return occurrence("standup", title, start);
-}
 
 void tst_CountdownRegistry::ordering_data()
 {
@@ -59,12 +60,12 @@ void tst_CountdownRegistry::ordering_data()
         << QStringList {"Near", "Far", "Yesterday", "Last year", "Arrived"};
     QTest::newRow("calendar occurrences fall in among the countdowns by their start")
         << QList<Event> {countdown("Trip", now.addDays(3)), countdown("Call", now.addSecs(3600))}
-        << QList<CalendarOccurrence> {standup("Standup", tomorrow)}
+        << QList<CalendarOccurrence> {occurrence("standup", "Standup", tomorrow)}
         << QStringList {"Call", "Standup", "Trip"};
     // Midnight of 5 March in Tokyo is 15:00 UTC on 4 March, before the 18:00 UTC call.
     QTest::newRow("an all-day countdown sorts by midnight in its own zone")
         << QList<Event> {countdown("Call", at("2026-03-04T18:00:00Z")),
-                         allDay("Tokyo", at("2026-03-05T09:00:00Z"), "Asia/Tokyo")}
+                         countdown("Tokyo", at("2026-03-05T09:00:00Z"), "Asia/Tokyo")}
         << QList<CalendarOccurrence>() << QStringList {"Tokyo", "Call"};
 }
 
@@ -86,12 +87,11 @@ void tst_CountdownRegistry::occurrencesFollowTheCalendarAndTheirSeriesSettings()
 {
     World w;
     EventStore &store = w.store;
-    const CountdownRegistry &registry = w.registry;
-    const QList<CalendarOccurrence> list {standup("Standup", now.addDays(1)),
+    const QList<CalendarOccurrence> list {occurrence("standup", "Standup", now.addDays(1)),
                                           occurrence("other", "Other", now.addDays(2))};
     w.calendar.publish(list);
     w.registry.attachCalendarSource(&w.calendar);
-    QSignalSpy changes(&registry, &CountdownRegistry::itemsChanged);
+    QSignalSpy changes(&w.registry, &CountdownRegistry::itemsChanged);
 
     // An equal list, or arming an arrival (nothing an occurrence shows), rebuilds nothing.
     w.calendar.publish(list);
@@ -104,24 +104,20 @@ void tst_CountdownRegistry::occurrencesFollowTheCalendarAndTheirSeriesSettings()
     reach.reminderLeadMinutes = {10, 60};
     QVERIFY(store.setCalendarReach(standupSeries, reach));
     QVERIFY(store.setCalendarIcon(standupSeries, IconRef {"star"}));
-    QVERIFY(store.setCalendarAnnotation(standupSeries,
-                                        CalendarAnnotation {"bring notes", std::nullopt}));
+    QVERIFY(store.setCalendarAnnotation(standupSeries, CalendarAnnotation {"bring notes", {}}));
     QVERIFY(store.setSeriesHidden(standupSeries, true));
     QCOMPARE(changes.count(), 4); // each setting shows at once
-
-    const CalendarOccurrence *decorated = registry.items().at(0).occurrence();
-    QVERIFY(decorated->celebrationEnabled);
-    QVERIFY(!decorated->notifyOnReach);
-    QCOMPARE(decorated->reminderLeadMinutes, QList<qint64>({10, 60}));
-    QCOMPARE(decorated->icon, std::optional(IconRef {"star"}));
-    QCOMPARE(decorated->note, std::optional<QString>("bring notes"));
-    QVERIFY(decorated->isHidden);
-    const CalendarOccurrence *other = registry.items().at(1).occurrence();
-    QVERIFY(!other->celebrationEnabled && !other->icon && !other->note && !other->isHidden);
+    CalendarOccurrence decorated = list.at(0);
+    decorated.celebrationEnabled = true;
+    decorated.isHidden = true;
+    decorated.reminderLeadMinutes = {10, 60};
+    decorated.icon = IconRef {"star"};
+    decorated.note = "bring notes";
+    QCOMPARE(w.registry.items(), (QList {item(decorated), item(list.at(1))}));
 
     w.calendar.publish({});
     QCOMPARE(changes.count(), 5);
-    QVERIFY(registry.items().isEmpty());
+    QVERIFY(w.registry.items().isEmpty());
 }
 
 // One of each kind of row the popover lists, in list order.
@@ -129,7 +125,7 @@ static QList<CountdownItem> listed()
 {
     Event trip = countdown("Trip", now.addDays(1));
     trip.note = "Renew the Passport";
-    CalendarOccurrence begun = standup("İstanbul standup", now);
+    CalendarOccurrence begun = occurrence("standup", "İstanbul standup", now);
     begun.note = "bring the passport";
     CalendarOccurrence hidden = occurrence("h", "Hidden café", now.addDays(1));
     hidden.isHidden = true;
@@ -138,7 +134,7 @@ static QList<CountdownItem> listed()
             item(countUp("Sober", now.addYears(-1))),
             item(reached(countdown("Done", now.addDays(-1)))),
             item(countdown("Unal's day", now.addDays(2))),
-            item(standup("Café opening", now.addSecs(1))),
+            item(occurrence("standup", "Café opening", now.addSecs(1))),
             item(begun),
             item(hidden)};
 }
@@ -149,32 +145,28 @@ void tst_CountdownRegistry::filter_data()
     QTest::addColumn<QString>("query");
     QTest::addColumn<QStringList>("expected");
 
-    const auto row = [](const char *name, CountdownListScope scope, const char *query,
-                        const QStringList &expected) {
+    const auto find = [](const char *name, CountdownListScope scope, const char *query,
+                         const QStringList &expected) {
         QTest::newRow(name) << scope << QString::fromUtf8(query) << expected;
     };
     using Scope = CountdownListScope;
     const QStringList visible {"Trip",       "Late cafe visit", "Sober",           "Done",
                                "Unal's day", "Café opening",    "İstanbul standup"};
-    row("all holds every item but those of a hidden series", Scope::all, "", visible);
-    row("mine holds the countdowns, one whose target passed unstamped and the count-up",
-        Scope::mine, "", {"Trip", "Late cafe visit", "Sober", "Done", "Unal's day"});
-    row("calendar holds the occurrences of shown series", Scope::calendar, "",
-        {"Café opening", "İstanbul standup"});
-    row("past holds arrivals and occurrences that started, never a count-up", Scope::past, "",
-        {"Done", "İstanbul standup"});
-    row("cafe finds Café, and cafe itself", Scope::all, "cafe",
-        {"Late cafe visit", "Café opening"});
-    row("an upper-case accented query finds plain text", Scope::all, "CAFÉ",
-        {"Late cafe visit", "Café opening"});
-    row("istanbul finds İstanbul", Scope::all, "istanbul", {"İstanbul standup"});
-    row("ünal finds Unal", Scope::all, "ünal", {"Unal's day"});
-    row("a query of spaces and a line break keeps everything", Scope::all, "  \n ", visible);
-    row("surrounding white space is ignored", Scope::all, "  SOBER\n", {"Sober"});
-    row("the notes of countdowns and of series are searched too", Scope::all, "passport",
-        {"Trip", "İstanbul standup"});
-    row("letters in another order do not match", Scope::all, "efac", {});
-    row("the search keeps within the scope", Scope::mine, "cafe", {"Late cafe visit"});
+    find("all holds every item but those of a hidden series", Scope::all, "", visible);
+    find("mine holds the countdowns, one whose target passed unstamped and the count-up",
+         Scope::mine, "", {"Trip", "Late cafe visit", "Sober", "Done", "Unal's day"});
+    find("calendar holds the occurrences of shown series", Scope::calendar, "",
+         {"Café opening", "İstanbul standup"});
+    find("past holds arrivals and occurrences that started, never a count-up", Scope::past, "",
+         {"Done", "İstanbul standup"});
+    find("cafe finds Café, and cafe itself", Scope::all, "cafe",
+         {"Late cafe visit", "Café opening"});
+    find("istanbul finds İstanbul", Scope::all, "istanbul", {"İstanbul standup"});
+    find("an upper-case accented query finds plain text", Scope::all, "ÜNAL", {"Unal's day"});
+    find("white space around the query is ignored", Scope::all, " SOBER\n", {"Sober"});
+    find("the notes of countdowns and of series are searched too", Scope::all, "passport",
+         {"Trip", "İstanbul standup"});
+    find("the search keeps within the scope", Scope::mine, "cafe", {"Late cafe visit"});
 }
 
 void tst_CountdownRegistry::filter()
@@ -189,9 +181,141 @@ void tst_CountdownRegistry::filter()
 void tst_CountdownRegistry::sectionsCountEveryShownItemOnce()
 {
     const CountdownSectionCounts counts = CountdownListRules::countSections(listed(), now);
-    QCOMPARE(counts.upcoming, 4);
-    QCOMPARE(counts.since, 1);
-    QCOMPARE(counts.past, 2);
+    QCOMPARE((QList {counts.upcoming, counts.since, counts.past}), (QList<qsizetype> {4, 1, 2}));
+}
+
+static CountdownItem down(const char *title, qint64 secondsAhead)
+{
+    return item(countdown(title, now.addSecs(secondsAhead)));
+}
+
+static CountdownItem up(const char *title, qint64 secondsAgo)
+{
+    return item(countUp(title, now.addSecs(-secondsAgo)));
+}
+
+static CountdownItem arrived(const char *title, qint64 secondsAgo, bool acknowledged = false)
+{
+    return item(reached(countdown(title, now.addSecs(-secondsAgo)), true, acknowledged));
+}
+
+// The resolver is handed the list in registry order; it relies on that order only for ties.
+static void row(const char *name, QList<CountdownItem> items, const char *holder,
+                const std::optional<PinTarget> &pin = std::nullopt, State state = State::automatic)
+{
+    CountdownRegistry::sort(items);
+    QTest::newRow(name) << items << pin << QString::fromUtf8(holder) << state;
+}
+
+void tst_CountdownRegistry::pinResolution_data()
+{
+    QTest::addColumn<QList<CountdownItem>>("items");
+    QTest::addColumn<std::optional<PinTarget>>("pin");
+    QTest::addColumn<QString>("holder");
+    QTest::addColumn<State>("state");
+
+    const qint64 hour = 3600, day = 86400;
+    const CountdownItem sober = up("Sober", 40 * day);
+    row("nothing at all holds nothing", {}, "");
+    row("a countdown 23 hours away beats a count-up", {down("Flight", 23 * hour), sober}, "Flight");
+    row("a countdown exactly a day away is not imminent and yields to a count-up",
+        {down("Flight", day), sober}, "Sober");
+    row("the nearest countdown however far holds when there is no count-up",
+        {down("Exam", 40 * day), down("Trip", 3 * day)}, "Trip");
+    row("only count-ups: the most recently started holds",
+        {sober, up("Job", 3 * day), up("Born", 30 * 365 * day)}, "Job");
+    row("a waiting celebration outranks an imminent countdown",
+        {down("Soon", 60), arrived("Party", 2 * day)}, "Party");
+    row("an acknowledged arrival gives way to the next countdown",
+        {down("Soon", 2 * day), arrived("Party", 2 * day, true)}, "Soon");
+
+    CalendarOccurrence hidden = occurrence("s1", "Hidden", now.addSecs(hour));
+    hidden.isHidden = true;
+    CalendarOccurrence excluded = occurrence("s2", "Excluded", now.addSecs(2 * hour));
+    excluded.excludedFromAutomatic = true;
+    row("hidden and excluded calendar items never win automatically",
+        {item(hidden), item(excluded), down("Later", 5 * hour)}, "Later");
+    row("a calendar occurrence that already started is not a countdown",
+        {item(occurrence("s3", "Standup", now.addSecs(-1))), sober}, "Sober");
+    // The holiday's day started at 05:00 UTC in New York, before the call at 14:00 UTC.
+    CalendarOccurrence holiday = occurrence("s4", "Holiday", at("2026-03-01T17:00:00Z"));
+    holiday.isAllDay = true;
+    holiday.timeZoneID = QStringLiteral("America/New_York");
+    row("an all-day occurrence orders by the start of its day in its own zone",
+        {down("Call", 2 * hour), item(holiday)}, "Holiday");
+
+    const Event flight = countdown("Flight", now.addSecs(hour));
+    const Event pinnedSober = countUp("Sober", now.addYears(-3));
+    const Event waiting = reached(countdown("Arrived", now.addSecs(-60)), true);
+    const Event settled = reached(countdown("Settled", now.addSecs(-60)));
+    const CalendarOccurrence past = occurrence("standup", "Standup", now.addSecs(-1));
+    const CalendarOccurrence next = occurrence("standup", "Standup tomorrow", now.addSecs(day));
+    const CountdownItem later = item(occurrence("standup", "Standup next week", now.addDays(7)));
+    excluded = occurrence("gym", "Gym", now.addSecs(2 * day));
+    excluded.excludedFromAutomatic = true;
+    excluded.isHidden = true;
+    // The same series id and start in another calendar is another series.
+    CalendarOccurrence twin = next;
+    twin.title = QStringLiteral("Elsewhere");
+    twin.ref.series.calendarID = QStringLiteral("home");
+    const QList<CountdownItem> items {item(flight),  item(pinnedSober), item(waiting),
+                                      item(settled), item(past),        item(next),
+                                      item(twin),    item(excluded),    later};
+    row("a pinned count-up stays pinned", items, "Sober", PinTarget::manual(pinnedSober.id),
+        State::resolved);
+    row("a pinned arrival waiting for its celebration stays pinned", items, "Arrived",
+        PinTarget::manual(waiting.id), State::resolved);
+    row("a pinned arrival that is settled is released to the automatic choice", items, "Arrived",
+        PinTarget::manual(settled.id), State::released);
+    row("a pinned occurrence that started one second ago is released", items, "Arrived",
+        PinTarget::calendarOccurrence(past.ref), State::released);
+    row("a pinned series moves on to its next upcoming occurrence in its own calendar", items,
+        "Standup tomorrow", PinTarget::calendarSeries(past.ref.series), State::resolved);
+    row("a pinned occurrence holds, not its twin in another calendar", items, "Standup tomorrow",
+        PinTarget::calendarOccurrence(next.ref), State::resolved);
+    row("a hidden, excluded occurrence can still be pinned", items, "Gym",
+        PinTarget::calendarOccurrence(excluded.ref), State::resolved);
+    row("a pin to an event that is gone is missing", items, "Arrived",
+        PinTarget::manual(QUuid::createUuid()), State::missing);
+    row("a pin to a series without any occurrence left is missing", items, "Arrived",
+        PinTarget::calendarSeries({"work", "gone"}), State::missing);
+    row("a series whose occurrences all started is released", {item(past), item(flight)}, "Flight",
+        PinTarget::calendarSeries(past.ref.series), State::released);
+}
+
+void tst_CountdownRegistry::pinResolution()
+{
+    QFETCH(QList<CountdownItem>, items);
+    QFETCH(std::optional<PinTarget>, pin);
+    QFETCH(QString, holder);
+    QFETCH(State, state);
+
+    const PinResolver::Resolution resolution = PinResolver::resolve(pin, items, now);
+    QCOMPARE(resolution.item ? resolution.item->title() : QString(), holder);
+    QCOMPARE(resolution.storedTarget, state);
+    QCOMPARE(PinResolver::targetExists(pin.value_or(PinTarget()), items),
+             pin && state != State::missing);
+    // Only the holder's row is marked: as pinned while the pin holds, as the automatic choice
+    // without a pin, and not at all while a pin that no longer holds waits to be cleared.
+    const RowPinState mark = state == State::resolved ? RowPinState::explicit_
+        : state == State::automatic                   ? RowPinState::auto_
+                                                      : RowPinState::none;
+    for (const CountdownItem &row : items)
+        QCOMPARE(PinResolver::rowPinState(pin, resolution, row),
+                 row.title() == holder ? mark : RowPinState::none);
+}
+
+void tst_CountdownRegistry::menubarSubject()
+{
+    // A countdown whose zone is unknown is shown in the system zone; an occurrence without an
+    // icon of its own shows the calendar symbol.
+    Event flight = countdown("Flight", now.addSecs(3600), "Mars/Olympus_Mons");
+    QCOMPARE(MenubarSubject::of(item(flight)),
+             (MenubarSubject {"Flight", std::nullopt, QTimeZone::systemTimeZone()}));
+    CalendarOccurrence standup = occurrence("s", "Standup", now);
+    standup.timeZoneID = QStringLiteral("Asia/Tokyo");
+    QCOMPARE(MenubarSubject::of(item(standup)),
+             (MenubarSubject {"Standup", IconRef {"calendar"}, QTimeZone("Asia/Tokyo")}));
 }
 
 QTEST_GUILESS_MAIN(tst_CountdownRegistry)

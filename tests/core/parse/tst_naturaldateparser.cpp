@@ -1,8 +1,9 @@
+#include "parse/Lexicon.h"
 #include "parse/NaturalDateParser.h"
 
+#include <QLocale>
 #include <QTest>
-
-#include <thread>
+#include <QtConcurrent/QtConcurrentMap>
 
 namespace {
 
@@ -14,6 +15,7 @@ QDateTime instant(const char *iso)
 // Wednesday, 3 June 2026, 10:00 in Istanbul (UTC+3 all year round).
 const QDateTime wednesday = instant("2026-06-03T10:00+03:00");
 const QTimeZone istanbul("Europe/Istanbul");
+const QTimeZone newYork("America/New_York");
 
 struct Setting
 {
@@ -34,8 +36,7 @@ Setting on(int day)
 void row(const char *name, const char *text, const char *expected, const char *title = "",
          const Setting &setting = {})
 {
-    QTest::newRow(name) << text << setting.now << setting.zone << setting.keepsPast << expected
-                        << title;
+    QTest::newRow(name) << text << setting << expected << title;
 }
 
 QDateTime expectedInstant(const QString &expected, const QTimeZone &zone)
@@ -57,32 +58,30 @@ class TestNaturalDateParser : public QObject
 private Q_SLOTS:
     void parse_data();
     void parse();
+    void localeMonthNamesAgreeAcrossLanguages();
     void parallelCallsAgree();
 };
 
 void TestNaturalDateParser::parse_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<QDateTime>("now");
-    QTest::addColumn<QTimeZone>("zone");
-    QTest::addColumn<bool>("keepsPast");
+    QTest::addColumn<Setting>("setting");
     QTest::addColumn<QString>("expected");
     QTest::addColumn<QString>("title");
 
     // English.
-    row("a month name before the day, with an ordinal", "launch on June 12th", "2026-06-12",
-        "launch");
+    row("a month name in capitals before the day, with an ordinal", "launch on JUNE 12th",
+        "2026-06-12", "launch");
     row("next Monday is the coming Monday", "standup next Monday", "2026-06-08", "standup");
     row("twelve pm is noon", "lunch at 12pm", "2026-06-03T12:00", "lunch");
-    row("a title without any date finds nothing", "buy milk and eggs", "");
     // Turkish.
     row("yarın saat 15:00", "dişçi yarın saat 15:00", "2026-06-04T15:00", "dişçi");
     row("yarından sonra is two days ahead, not yarın", "sınav yarından sonra", "2026-06-05",
         "sınav");
     row("a month name with a suffix", "toplantı 3 Haziran'da", "2026-06-03", "toplantı");
+    row("a month with its dotless ı typed as i", "yılbaşı 31 aralik", "2026-12-31", "yılbaşı");
     row("a weekday with a suffix after a typographic apostrophe", "Cumartesi’ye piknik",
         "2026-06-06", "piknik");
-    row("gün sonra counts forward", "tatil 3 gün sonra", "2026-06-06", "tatil");
     row("hafta önce counts back", "konser 2 hafta önce", "2026-05-20", "konser");
     // German.
     row("a full date with Uhr", "Zahnarzt am 3. Juni 2026 um 15 Uhr", "2026-06-03T15:00",
@@ -91,12 +90,14 @@ void TestNaturalDateParser::parse_data()
     row("übermorgen, not morgen, with a dotted time after um", "Kino übermorgen um 20.15 Uhr",
         "2026-06-05T20:15", "Kino");
     row("a time with Uhr after the minutes", "Anruf 15:30 Uhr", "2026-06-03T15:30", "Anruf");
+    row("März with its umlaut written out", "Urlaub 3. maerz", "2027-03-03", "Urlaub");
     // Spanish.
     row("pasado mañana a las 5 has no afternoon guess", "dentista pasado mañana a las 5",
         "2026-06-05T05:00", "dentista");
     row("a date with de and a year", "cena el 3 de junio de 2027", "2027-06-03", "cena");
     row("hace dos días", "boda hace 2 días", "2026-06-01", "boda");
-    row("el pasado viernes is last Friday", "reunión el pasado viernes", "2026-05-29", "reunión");
+    row("el pasado sabado, typed without its accent, is last Saturday", "reunión el pasado sabado",
+        "2026-05-30", "reunión");
     row("the abbreviation sept", "congreso 14 sept", "2026-09-14", "congreso");
     // French.
     row("demain à 15h30", "dentiste demain à 15h30", "2026-06-04T15:30", "dentiste");
@@ -121,7 +122,6 @@ void TestNaturalDateParser::parse_data()
 
     // Weekdays, from every side of the named day.
     row("Friday typed on a Friday is a week later", "Friday", "2026-06-12", "", on(5));
-    row("Friday typed on a Saturday is next week's", "Friday", "2026-06-12", "", on(6));
     row("last Friday typed on a Friday is a week back", "last Friday", "2026-05-29", "", on(5));
     row("haftaya cuma typed on a Monday is in the week after", "haftaya cuma", "2026-06-12", "",
         on(1));
@@ -130,7 +130,6 @@ void TestNaturalDateParser::parse_data()
 
     // Days already passed, and the ends of months and years.
     const Setting keeping {wednesday, istanbul, true};
-    const Setting newYearsEve {instant("2026-12-31T22:00+03:00")};
     row("a time already passed today means tomorrow", "at 9", "2026-06-04T09:00");
     row("a time already passed today stays today when keeping the past", "at 9", "2026-06-03T09:00",
         "", keeping);
@@ -141,7 +140,7 @@ void TestNaturalDateParser::parse_data()
     row("yesterday is never moved forward", "yesterday", "2026-06-02");
     row("a two-digit year is in this century", "03.06.27", "2027-06-03");
     row("a passed time on New Year's Eve is next year", "at 9:00", "2027-01-01T09:00", "",
-        newYearsEve);
+        {instant("2026-12-31T22:00+03:00")});
     row("a month from 31 January is the last day of February", "in 1 month", "2026-02-28", "",
         {instant("2026-01-31T10:00+03:00")});
     row("a year from a leap day is 28 February", "in 1 year", "2029-02-28", "",
@@ -150,8 +149,6 @@ void TestNaturalDateParser::parse_data()
         {instant("2026-06-03T22:30:00Z")});
 
     // What is left of the title.
-    row("dashes and separators at either end are trimmed", "– dentist — tomorrow,", "2026-06-04",
-        "dentist");
     row("runs of spaces become one", "  call   mom  tomorrow  at 3pm ", "2026-06-04T15:00",
         "call mom");
     row("an emoji before the date keeps the ranges right", "🎉 party 🎉 tomorrow 🎂", "2026-06-04",
@@ -161,15 +158,12 @@ void TestNaturalDateParser::parse_data()
 
     // Days on which the clocks change.
     const Setting berlinSpring {instant("2026-03-28T12:00+01:00"), QTimeZone("Europe/Berlin")};
-    const Setting newYorkFall {instant("2026-10-31T12:00-04:00"), QTimeZone("America/New_York")};
     row("a skipped wall time moves forward by the gap", "tomorrow at 2:30",
         "2026-03-29T03:30+02:00", "", berlinSpring);
     row("the day of the spring change starts at its local midnight", "tomorrow", "2026-03-29", "",
         berlinSpring);
     row("a repeated wall time takes its first occurrence", "tomorrow at 1:30",
-        "2026-11-01T01:30-04:00", "", newYorkFall);
-    row("a time after the fall-back is standard time", "tomorrow at 3:00", "2026-11-01T03:00-05:00",
-        "", newYorkFall);
+        "2026-11-01T01:30-04:00", "", {instant("2026-10-31T12:00-04:00"), newYork});
     row("a skipped midnight starts the day at one", "tomorrow", "2026-09-06", "",
         {instant("2026-09-05T12:00-04:00"), QTimeZone("America/Santiago")});
 }
@@ -177,46 +171,49 @@ void TestNaturalDateParser::parse_data()
 void TestNaturalDateParser::parse()
 {
     QFETCH(QString, text);
-    QFETCH(QDateTime, now);
-    QFETCH(QTimeZone, zone);
-    QFETCH(bool, keepsPast);
+    QFETCH(Setting, setting);
     QFETCH(QString, expected);
     QFETCH(QString, title);
 
-    const auto match = NaturalDateParser::parse(text, now, zone, keepsPast);
-    if (expected.isEmpty()) {
-        QVERIFY2(!match, qPrintable(match ? match->date.toString(Qt::ISODate) : QString()));
+    const auto match = NaturalDateParser::parse(text, setting.now, setting.zone, setting.keepsPast);
+    QCOMPARE(match.has_value(), !expected.isEmpty());
+    if (!match)
         return;
-    }
-    QVERIFY(match);
     QCOMPARE(match->date.timeSpec(), Qt::UTC);
-    QCOMPARE(match->date, expectedInstant(expected, zone));
+    QCOMPARE(match->date, expectedInstant(expected, setting.zone));
     QCOMPARE(match->includeTime, expected.size() > 10);
     QCOMPARE(match->cleanedTitle, title);
 }
 
+void TestNaturalDateParser::localeMonthNamesAgreeAcrossLanguages()
+{
+    // A name shared by two languages keeps the number it was first given; check that no
+    // language would have given it another one.
+    for (const QString &code : Lexicon::languageCodes()) {
+        const QLocale locale(code);
+        for (int month = 1; month <= 12; ++month) {
+            QString name = locale.standaloneMonthName(month, QLocale::ShortFormat).toLower();
+            name.remove(u'.');
+            if (name.size() >= 3)
+                QVERIFY2(Lexicon::monthNumber(name) == month, qPrintable(code % u": " % name));
+        }
+    }
+}
+
 void TestNaturalDateParser::parallelCallsAgree()
 {
-    // Quick entry parses off the interface thread: the compiled patterns and tables are shared.
-    const QStringList titles {u"dentist tomorrow at 3pm"_qs, u"maç haftaya cuma"_qs,
-                              u"Zahnarzt am 3. Juni um 15 Uhr"_qs, u"vacances il y a 3 ans"_qs};
-    const auto parse = [&](qsizetype i) {
-        return NaturalDateParser::parse(titles.at(i % titles.size()), wednesday, istanbul, false);
+    // Quick entry parses off the interface thread while the field may parse on it: the compiled
+    // patterns and tables are shared.
+    const auto parse = [](const QString &title) {
+        return NaturalDateParser::parse(title, wednesday, istanbul, false);
     };
-    QList<QList<std::optional<NaturalDateMatch>>> results(4);
-    std::vector<std::thread> threads;
-    for (auto &perThread : results) {
-        threads.emplace_back([&] {
-            for (qsizetype i = 0; i < 50 * titles.size(); ++i)
-                perThread.append(parse(i));
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    for (const auto &perThread : std::as_const(results)) {
-        for (qsizetype i = 0; i < perThread.size(); ++i)
-            QVERIFY(perThread.at(i) == parse(i));
-    }
+    QStringList titles;
+    for (int round = 0; round < 50; ++round)
+        titles << u"dentist tomorrow at 3pm"_qs << u"maç haftaya cuma"_qs
+               << u"Zahnarzt am 3. Juni um 15 Uhr"_qs << u"vacances il y a 3 ans"_qs;
+    const auto together = QtConcurrent::blockingMapped(titles, parse);
+    for (qsizetype i = 0; i < titles.size(); ++i)
+        QVERIFY(together.at(i) == parse(titles.at(i)));
 }
 
 QTEST_GUILESS_MAIN(TestNaturalDateParser)

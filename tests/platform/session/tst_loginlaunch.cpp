@@ -1,12 +1,20 @@
 #include "platform/session/LoginLaunch.h"
+#include "platform/session/XdgAutostart.h"
+#include "storage/FileAccess.h"
+#include "storage/PathProvider.h"
+#include "storage/SettingsStore.h"
 
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 using Uptime = std::optional<double>;
 Q_DECLARE_METATYPE(Uptime)
 
-// Whether the popup may open at launch is checked on a real process in tst_trayapplication.
+// Launch at login: the autostart entry the setting writes, and whether a start is a login launch.
 class tst_LoginLaunch : public QObject
 {
     Q_OBJECT
@@ -42,27 +50,57 @@ private Q_SLOTS:
         QCOMPARE(LoginLaunch::isLoginLaunch(autostartArgument, uptime, launchAtLogin), loginLaunch);
     }
 
-    void readsUptime_data()
-    {
-        QTest::addColumn<QByteArray>("contents"); // null: no file at all
-        QTest::addColumn<Uptime>("uptime");
-
-        QTest::newRow("The first field of /proc/uptime is the time since boot")
-            << QByteArray("35.72 61.04\n") << Uptime(35.72);
-        QTest::newRow("A file without a number gives nothing")
-            << QByteArray("uptime unknown\n") << Uptime();
-        QTest::newRow("A missing file gives nothing") << QByteArray() << Uptime();
-    }
-
+    // The first field of /proc/uptime is the time since boot; anything else gives nothing.
     void readsUptime()
     {
-        QFETCH(QByteArray, contents);
-        QFETCH(Uptime, uptime);
         QTemporaryDir dir;
-        QFile file(dir.filePath(QStringLiteral("uptime")));
-        QVERIFY(contents.isNull() || (file.open(QIODevice::WriteOnly) && file.write(contents)));
-        file.close();
-        QCOMPARE(LoginLaunch::systemUptime(file.fileName()), uptime);
+        const auto uptime = [&dir](const QByteArray &contents) {
+            QFile file(dir.filePath(u"uptime"_s));
+            return file.open(QIODevice::WriteOnly) && file.write(contents) && file.flush()
+                ? LoginLaunch::systemUptime(file.fileName())
+                : Uptime(-1);
+        };
+        QCOMPARE(uptime("35.72 61.04\n"), Uptime(35.72));
+        QCOMPARE(uptime("uptime unknown\n"), Uptime());
+        QCOMPARE(LoginLaunch::systemUptime(dir.filePath(u"missing"_s)), Uptime());
+    }
+
+    void followsTheLaunchAtLoginSetting()
+    {
+        QCOMPARE(XdgAutostart::defaultDirectory(),
+                 qEnvironmentVariable("XDG_CONFIG_HOME") + u"/autostart"_s);
+        QTemporaryDir config;
+        XdgAutostart autostart(config.filePath(u"autostart"_s),
+                               u"/home/me/My Apps/a$b\"c/tarrow"_s);
+        TempPathProvider paths;
+        DiskFileAccess files;
+        SettingsStore store(paths, files, &autostart);
+
+        Settings settings = store.settings();
+        settings.launchAtLogin = true;
+        store.setSettings(settings);
+        QFile entry(autostart.entryPath());
+        QVERIFY2(entry.open(QIODevice::ReadOnly), "switching on writes the entry, and its folder");
+        QVERIFY(autostart.isEnabled());
+        // The session starts the program as a login launch, after the panel, without showing
+        // the entry in menus. Inside the quotes $ and " are escaped, and the value escapes each
+        // backslash once more.
+        const QStringList lines = QString::fromUtf8(entry.readAll()).split(u'\n');
+        for (const QString &line :
+             {u"[Desktop Entry]"_s, u"Type=Application"_s,
+              u"Exec=\"/home/me/My Apps/a\\\\$b\\\\\"c/tarrow\" --autostart"_s,
+              u"TryExec=/home/me/My Apps/a$b\"c/tarrow"_s, u"NoDisplay=true"_s,
+              u"X-KDE-autostart-after=panel"_s})
+            QVERIFY2(lines.contains(line), qPrintable(line));
+
+        const QString validator = QStandardPaths::findExecutable(u"desktop-file-validate"_s);
+        if (!validator.isEmpty()) // its complaints go to the test's output
+            QCOMPARE(QProcess::execute(validator, {autostart.entryPath()}), 0);
+
+        settings.launchAtLogin = false;
+        store.setSettings(settings);
+        QVERIFY2(!entry.exists(), "switching it off deletes the entry");
+        QVERIFY(!autostart.isEnabled());
     }
 };
 

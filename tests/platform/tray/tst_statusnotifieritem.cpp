@@ -40,20 +40,19 @@ public:
         m_connection.registerObject(u"/StatusNotifierWatcher"_s, this,
                                     QDBusConnection::ExportScriptableSlots);
     }
-    ~FakePanel() override { m_connection.unregisterObject(u"/StatusNotifierWatcher"_s); }
+
+    ~FakePanel() override { stopWatcher(); }
 
     bool startWatcher() { return m_connection.registerService(StatusNotifierItem::watcherService); }
     void stopWatcher() { m_connection.unregisterService(StatusNotifierItem::watcherService); }
 
-    QStringList items;
-    QStringList senders;
+    QStringList items; // "service from connection"
     QStringList signalLog;
 
 public Q_SLOTS:
     Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &service)
     {
-        items.append(service);
-        senders.append(message().service());
+        items.append(service + u" from "_s + message().service());
     }
     void record(const QDBusMessage &signal)
     {
@@ -72,9 +71,8 @@ class tst_StatusNotifierItem : public QObject
     Q_OBJECT
 
     PrivateSessionBus m_bus;
-    int m_round = 0;
-    std::unique_ptr<QDBusConnection> m_panel;
-    std::unique_ptr<QDBusConnection> m_app;
+    QDBusConnection m_panel {QString()};
+    QDBusConnection m_app {QString()};
     std::unique_ptr<FakePanel> m_fakePanel;
     std::unique_ptr<StatusNotifierItem> m_item;
 
@@ -86,20 +84,10 @@ class tst_StatusNotifierItem : public QObject
         QDBusMessage call =
             QDBusMessage::createMethodCall(m_item->serviceName(), path, interface, method);
         call.setArguments(arguments);
-        QDBusPendingCall pending = m_panel->asyncCall(call);
+        QDBusPendingCall pending = m_panel.asyncCall(call);
         if (!QTest::qWaitFor([&pending] { return pending.isFinished(); }, 5000))
             return QDBusMessage::createError(QDBusError::Timeout, u"no reply"_s);
         return pending.reply();
-    }
-
-    // Starts the watcher and an item showing the dentist's chip; true once the watcher took it.
-    bool startRegisteredItem()
-    {
-        m_item = std::make_unique<StatusNotifierItem>(*m_app);
-        if (!m_fakePanel->startWatcher() || !m_item->start())
-            return false;
-        m_item->show(dentist(), u"Dentist, 2d 4h"_s);
-        return QTest::qWaitFor([this] { return m_item->isRegistered(); });
     }
 
 private Q_SLOTS:
@@ -108,44 +96,44 @@ private Q_SLOTS:
         registerStatusNotifierTypes();
         if (!m_bus.start())
             QSKIP("dbus-daemon is not available");
+        m_panel = m_bus.connect(u"panel"_s);
+        m_app = m_bus.connect(u"app"_s);
+        QVERIFY(m_panel.isConnected() && m_app.isConnected());
     }
 
+    // Every test starts with the watcher up and an item showing the dentist's chip.
     void init()
     {
-        ++m_round;
-        m_panel = std::make_unique<QDBusConnection>(m_bus.connect(u"panel-%1"_s.arg(m_round)));
-        m_app = std::make_unique<QDBusConnection>(m_bus.connect(u"app-%1"_s.arg(m_round)));
-        QVERIFY(m_panel->isConnected() && m_app->isConnected());
-        m_fakePanel = std::make_unique<FakePanel>(*m_panel);
+        m_fakePanel = std::make_unique<FakePanel>(m_panel);
+        m_item = std::make_unique<StatusNotifierItem>(m_app);
+        QVERIFY(m_fakePanel->startWatcher() && m_item->start());
+        m_item->show(dentist(), u"Dentist, 2d 4h"_s);
+        QTRY_VERIFY(m_item->isRegistered());
     }
 
     void cleanup()
     {
         m_item.reset();
         m_fakePanel.reset();
-        QDBusConnection::disconnectFromBus(m_panel->name());
-        QDBusConnection::disconnectFromBus(m_app->name());
     }
 
     // Any new owner of the watcher's name (a late or restarted panel) starts with no items.
     void registersWithEveryWatcher()
     {
-        QVERIFY(startRegisteredItem());
-        QCOMPARE(m_fakePanel->items, QStringList {m_item->serviceName()});
+        const QString registration = m_item->serviceName() + u" from "_s + m_app.baseService();
+        QCOMPARE(m_fakePanel->items, QStringList {registration});
         QVERIFY(m_item->serviceName().startsWith(u"org.kde.StatusNotifierItem-"_s));
-        QCOMPARE(m_fakePanel->senders, QStringList {m_app->baseService()});
 
         m_fakePanel->stopWatcher();
         QTRY_VERIFY(!m_item->isRegistered());
         QVERIFY(m_fakePanel->startWatcher());
         QTRY_VERIFY(m_item->isRegistered());
-        QCOMPARE(m_fakePanel->items, QStringList(2, m_item->serviceName()));
+        QCOMPARE(m_fakePanel->items, QStringList(2, registration));
     }
 
     // GetAll is what most panels ask first; every property must survive the trip.
     void publishesWhatPanelsRead()
     {
-        QVERIFY(startRegisteredItem());
         const QDBusMessage reply =
             panelCall(StatusNotifierItem::itemObjectPath, u"org.freedesktop.DBus.Properties"_s,
                       u"GetAll"_s, {kItemInterface});
@@ -164,9 +152,9 @@ private Q_SLOTS:
             // A click activates the item instead of opening its menu.
             {u"ItemIsMenu"_s, false},
             {u"Menu"_s, QVariant::fromValue(QDBusObjectPath(u"/MenuBar"_s))}};
-        for (auto it = expected.cbegin(); it != expected.cend(); ++it)
-            QVERIFY2(all.value(it.key()) == it.value(),
-                     qPrintable(QString(it.key() + u" is "_s + all.value(it.key()).toString())));
+        for (const auto &[key, value] : expected.asKeyValueRange())
+            QVERIFY2(all.value(key) == value,
+                     qPrintable(key + u" is "_s + all.value(key).toString()));
 
         SniToolTip toolTip;
         all.value(u"ToolTip"_s).value<QDBusArgument>() >> toolTip;
@@ -175,28 +163,24 @@ private Q_SLOTS:
         // Square ARGB icons in every standard size, in network byte order.
         SniIconPixmapList pixmaps;
         all.value(u"IconPixmap"_s).value<QDBusArgument>() >> pixmaps;
-        QList<int> sides;
-        for (const SniIconPixmap &pixmap : pixmaps) {
-            QCOMPARE(pixmap.width, pixmap.height);
-            sides.append(pixmap.width);
-        }
-        QCOMPARE(sides, TrayIconRenderer::standardSides());
-        const SniIconPixmap &at22 = pixmaps.at(sides.indexOf(22));
+        QList<QSize> sizes;
+        for (const SniIconPixmap &pixmap : pixmaps)
+            sizes.append(QSize(pixmap.width, pixmap.height));
+        QCOMPARE(sizes, (QList<QSize> {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}}));
         const QImage drawn =
             TrayIconRenderer::render(dentist(), 22).convertToFormat(QImage::Format_ARGB32);
-        QCOMPARE(at22.toImage(), drawn);
-        const auto *bytes = reinterpret_cast<const uchar *>(at22.bytes.constData());
-        QCOMPARE(bytes[(11 * 22 + 11) * 4], uchar(qAlpha(drawn.pixel(11, 11))));
-        QCOMPARE(bytes[(11 * 22 + 11) * 4 + 1], uchar(qRed(drawn.pixel(11, 11))));
+        QCOMPARE(pixmaps.at(1).toImage(), drawn);
+        const QRgb c = drawn.pixel(11, 11);
+        const char argb[] {char(qAlpha(c)), char(qRed(c)), char(qGreen(c)), char(qBlue(c))};
+        QCOMPARE(pixmaps.at(1).bytes.mid((11 * 22 + 11) * 4, 4), QByteArray(argb, 4));
     }
 
     void signalsOnlyWhatChanged()
     {
-        QVERIFY(startRegisteredItem());
         for (const char *name : {"NewIcon", "NewTitle", "NewToolTip", "XAyatanaNewLabel"})
-            QVERIFY(m_panel->connect(m_item->serviceName(), StatusNotifierItem::itemObjectPath,
-                                     kItemInterface, QLatin1String(name), m_fakePanel.get(),
-                                     SLOT(record(QDBusMessage))));
+            QVERIFY(m_panel.connect(m_item->serviceName(), StatusNotifierItem::itemObjectPath,
+                                    kItemInterface, QLatin1String(name), m_fakePanel.get(),
+                                    SLOT(record(QDBusMessage))));
         // A round trip after the match rules, so the bus has them before the item signals.
         panelCall(StatusNotifierItem::itemObjectPath, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s,
                   {});
@@ -214,28 +198,22 @@ private Q_SLOTS:
     }
 
     // A left click activates; a right click on a panel that does not show menus asks for the
-    // context menu, and the popup offers everything the menu would.
-    void clicksReportTheirPosition()
+    // context menu, and the popup offers everything the menu would. Panels that show menus read
+    // the entries and send the click on one.
+    void clicksAndMenuReachTheApp()
     {
-        QVERIFY(startRegisteredItem());
         QSignalSpy clicks(m_item.get(), &StatusItemHost::clicked);
         for (const QString &method : {u"Activate"_s, u"ContextMenu"_s})
             panelCall(StatusNotifierItem::itemObjectPath, kItemInterface, method, {1234, 5});
         QCOMPARE(clicks.size(), 2);
         for (const QList<QVariant> &click : clicks)
             QCOMPARE(click.at(0).value<StatusItemClick>(), (StatusItemClick {{1234, 5}, {}}));
-    }
 
-    void menuListsEntriesAndRunsThem()
-    {
-        QVERIFY(startRegisteredItem());
         int quits = 0;
-        const auto quit = [&quits] {
-            ++quits;
-        };
-        m_item->setMenuEntries({{u"Show countdowns…"_s, {}}, {QString(), {}}, {u"Quit"_s, quit}});
+        m_item->setMenuEntries({{u"Show countdowns…"_s, {}}, {QString(), {}}, {u"Quit"_s, [&quits] {
+                                                                                   ++quits;
+                                                                               }}});
         const QString menu = u"com.canonical.dbusmenu"_s;
-
         const QDBusMessage reply = panelCall(StatusNotifierItem::menuObjectPath, menu,
                                              u"GetLayout"_s, {0, -1, QStringList()});
         QCOMPARE(reply.signature(), u"u(ia{sv}av)"_s);
