@@ -228,7 +228,8 @@ void AppDelegate::installArrivals()
 
 void AppDelegate::catchUpWithTime()
 {
-    // Items made for the old zone or clock are made again by the engine's pass as it stamps.
+    // What arrived while the system slept or before the clock jumped is stamped now, and
+    // reminders that fell due meanwhile are posted, instead of waiting for the next tick.
     m_countdownEngine->runFullPass();
     if (m_reminderScheduler)
         m_reminderScheduler->runPass();

@@ -41,7 +41,7 @@ struct RecurrenceRule
     // series was set for (the 31st, 29 February) and the occurrences counted by the end rule
     // survive months that clamp the date. Absent until the first roll; JSON key "seriesStart",
     // written only when present.
-    std::optional<QDateTime> seriesStart;
+    std::optional<QDateTime> seriesStart = std::nullopt;
 
     static std::optional<RecurrenceRule> fromJson(const JsonValue &value, QString *error);
     void toJson(JsonWriter &writer) const;

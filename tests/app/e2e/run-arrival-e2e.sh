@@ -26,7 +26,7 @@ if [[ "${1:-}" != --inner ]]; then
     export XDG_CACHE_HOME="$world/home/.cache" XDG_RUNTIME_DIR="$world/run" GSETTINGS_BACKEND=memory
     export XDG_CONFIG_DIRS="$world/xdg" XDG_DATA_DIRS="$world/home/.local/share"
     export XDG_CURRENT_DESKTOP=generic DE=generic BROWSER="$world/fake-browser"
-    mkdir -p "$HOME" "$XDG_CONFIG_HOME" "$XDG_DATA_HOME/applications" "$XDG_CACHE_HOME" "$world/xdg"
+    mkdir -p "$HOME" "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$world/xdg"
     mkdir -p -m 700 "$XDG_RUNTIME_DIR"
     status=0
     dbus-run-session -- "$0" --inner "$tarrow" "$grab" "$out" "$world" || status=$?
@@ -48,21 +48,9 @@ export DISPLAY=":$(head -n1 "$world/display")"
 dbus-update-activation-environment DISPLAY HOME XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME \
     XDG_RUNTIME_DIR XDG_DATA_DIRS XDG_CURRENT_DESKTOP BROWSER
 
-# The desktop's web browser: writes the link it was asked to open.
-cat >"$world/fake-browser" <<SH
-#!/bin/sh
-printf '%s\n' "\$1" >>"$world/opened"
-SH
+# The desktop's web browser (xdg-open falls back to $BROWSER): writes the link it was given.
+printf '#!/bin/sh\nprintf "%%s\\n" "$1" >>"%s/opened"\n' "$world" >"$world/fake-browser"
 chmod +x "$world/fake-browser"
-cat >"$XDG_DATA_HOME/applications/fake-browser.desktop" <<DESKTOP
-[Desktop Entry]
-Type=Application
-Name=Fake browser
-Exec=$world/fake-browser %u
-MimeType=x-scheme-handler/http;x-scheme-handler/https;
-DESKTOP
-printf '[Default Applications]\nx-scheme-handler/https=fake-browser.desktop\n' \
-    >"$XDG_CONFIG_HOME/mimeapps.list"
 
 # dunst keeps every notification until it is closed; its context menu goes to a "dmenu" that
 # picks the line of the action named in $world/pick and logs what it was offered.

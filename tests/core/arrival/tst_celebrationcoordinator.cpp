@@ -1,15 +1,7 @@
 #include "arrival/CelebrationCoordinator.h"
 #include "countdown/CountdownEngine.h"
-#include "countdown/CountdownRegistry.h"
-#include "l10n/LocaleManager.h"
-#include "storage/EventStore.h"
-#include "storage/SettingsStore.h"
-#include "support/FakeClock.h"
-#include "support/FakeNotifier.h"
+#include "support/ArrivalWorld.h"
 #include "support/FakeTickScheduler.h"
-#include "support/FaultyFileAccess.h"
-#include "support/ItemFixtures.h"
-#include "support/ListCalendarSource.h"
 
 #include <QTest>
 
@@ -19,9 +11,8 @@ static const QDateTime start = at("2026-03-01T12:00:00Z");
 static const CalendarSeriesRef standupSeries {"work", "standup"};
 
 // A store, the list and the engine that stamps arrivals, with the coordinator over them.
-struct World
+struct World : ArrivalWorld
 {
-    World() { registry.attachCalendarSource(&calendar); }
     void startCoordinator()
     {
         coordinator =
@@ -50,19 +41,8 @@ struct World
         return titles;
     }
 
-    TempPathProvider paths;
-    FaultyFileAccess files;
-    EventStore store {paths, files};
-    SettingsStore settings {paths, files};
-    LocaleManager locale {settings, [] {
-                              return QStringList {"en"};
-                          }};
-    ListCalendarSource calendar;
-    CountdownRegistry registry {store};
-    FakeClock clock {start};
     FakeTickScheduler scheduler;
     CountdownEngine engine {store, registry, clock, scheduler};
-    FakeNotifier notifier;
     FakePresenter presenter;
     std::unique_ptr<CelebrationCoordinator> coordinator;
 };
