@@ -18,7 +18,7 @@ rank_of() {
         core/countdown) echo 60 ;;
         core/arrival) echo 70 ;;
         platform/*) echo 100 ;;
-        cli | ui) echo 200 ;;
+        cli | ui | ui/celebration) echo 200 ;;
         app) echo 300 ;;
         *) echo "" ;;
     esac

@@ -1,12 +1,19 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppURLRouter.h"
+#include "arrival/CelebrationCoordinator.h"
+#include "arrival/CelebrationSettingsModel.h"
+#include "arrival/NoticeLog.h"
+#include "arrival/RecurrenceCoordinator.h"
+#include "arrival/ReminderScheduler.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TimerTickScheduler.h"
 #include "l10n/LocaleManager.h"
 #include "parse/NaturalDateParser.h"
+#include "platform/notifications/ReachNotificationScheduler.h"
 #include "platform/session/LoginLaunch.h"
+#include "platform/session/WakeObserver.h"
 #include "platform/session/XdgAutostart.h"
 #include "platform/tray/AutoStatusItemHost.h"
 #include "platform/tray/StatusItemController.h"
@@ -20,10 +27,14 @@
 #include "ui/PopoverController.h"
 #include "ui/QuickEntryController.h"
 #include "ui/TableTranslator.h"
+#include "ui/celebration/CelebrationOverlay.h"
+#include "ui/celebration/ReducedMotion.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDesktopServices>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTimer>
 
 Q_LOGGING_CATEGORY(lcAppDelegate, "AppDelegate")
@@ -86,7 +97,8 @@ void AppDelegate::buildCore()
                                                           m_clock, *m_tickScheduler);
     // Slot: appearanceManager over the settings store.
     m_localeManager = std::make_unique<LocaleManager>(*m_settingsStore);
-    // Slot: wakeObserver over the session's sleep and wake signals.
+    m_wakeObserver = std::make_unique<WakeObserver>(QDBusConnection::systemBus());
+    connect(m_wakeObserver.get(), &WakeObserver::timeChanged, this, &AppDelegate::catchUpWithTime);
     // Slot: notificationAuthorization, calendarAuthorization.
     qCDebug(lcAppDelegate).noquote()
         << QStringLiteral("Built the core over %1").arg(m_dataDirectory);
@@ -97,9 +109,8 @@ void AppDelegate::installInterface()
     if (m_appUIInstalled)
         return;
     // Slot: calendarStore, attached to the registry as its calendar source.
-    // Slot: celebrationCoordinator with its ReachNotificationScheduler.
-    // Slot: recurrenceCoordinator.
-    // Slot: widgetSurface, reminderSurface.
+    installArrivals();
+    // Slot: widgetSurface.
     // Slot: shortcutsService.
     m_listModel = std::make_unique<CountdownListModel>(
         *m_countdownRegistry, m_clock, [this](const CountdownItem &item, const QDateTime &now) {
@@ -189,6 +200,54 @@ void AppDelegate::installStatusItem()
     });
 }
 
+void AppDelegate::installArrivals()
+{
+    m_reachNotifier = std::make_unique<ReachNotificationScheduler>(
+        QDBusConnection::sessionBus(), *m_localeManager,
+        [](const QUrl &url) { return QDesktopServices::openUrl(url); });
+    connect(m_reachNotifier.get(), &ReachNotificationScheduler::activated, this,
+            &AppDelegate::openPopoverAt);
+    const QString configHome =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    m_celebrationOverlay = std::make_unique<CelebrationOverlay>(
+        *m_settingsStore, *m_localeManager,
+        [configHome] {
+            return ReducedMotion::isPreferred(QDBusConnection::sessionBus(), configHome);
+        },
+        &CelebrationOverlay::playThemeSound);
+    m_celebrationCoordinator = std::make_unique<CelebrationCoordinator>(
+        *m_eventStore, *m_countdownRegistry, *m_reachNotifier, *m_celebrationOverlay,
+        *m_localeManager);
+    m_celebrationSettings =
+        std::make_unique<CelebrationSettingsModel>(*m_settingsStore, *m_localeManager);
+    m_recurrenceCoordinator = std::make_unique<RecurrenceCoordinator>(*m_eventStore, m_clock);
+    m_noticeLog = std::make_unique<SettingsNoticeLog>();
+    m_reminderScheduler = std::make_unique<ReminderScheduler>(
+        *m_countdownRegistry, m_clock, *m_reachNotifier, *m_noticeLog, *m_localeManager);
+}
+
+void AppDelegate::catchUpWithTime()
+{
+    // What arrived while the system slept or before the clock jumped is stamped now, and
+    // reminders that fell due meanwhile are posted, instead of waiting for the next tick.
+    m_countdownEngine->runFullPass();
+    if (m_reminderScheduler)
+        m_reminderScheduler->runPass();
+}
+
+void AppDelegate::uninstallInterface()
+{
+    if (m_popoverController)
+        m_popoverController->close();
+    m_celebrationCoordinator.reset();
+    m_celebrationOverlay.reset();
+    m_recurrenceCoordinator.reset();
+    m_reminderScheduler.reset();
+    if (m_reachNotifier)
+        m_reachNotifier->withdrawAll();
+    m_appUIInstalled = false;
+}
+
 bool AppDelegate::onboardingCompleted() const
 {
     return QSettings().value(onboardingCompletedKey, false).toBool();
@@ -226,6 +285,12 @@ void AppDelegate::openPopover()
         return;
     }
     m_popoverController->open();
+}
+
+void AppDelegate::openPopoverAt(const CountdownID &item)
+{
+    openPopover();
+    Q_EMIT popoverItemRequested(item);
 }
 
 void AppDelegate::terminate()

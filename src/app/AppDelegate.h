@@ -11,6 +11,10 @@
 #include <optional>
 
 class AppURLRouter;
+class CelebrationCoordinator;
+class CelebrationOverlay;
+class CelebrationSettingsModel;
+class CountdownID;
 class CountdownEngine;
 class CountdownListModel;
 class CountdownRegistry;
@@ -20,11 +24,16 @@ class LocaleManager;
 class PopoverController;
 class QTimer;
 class QuickEntryController;
+class ReachNotificationScheduler;
+class RecurrenceCoordinator;
+class ReminderScheduler;
+class NoticeLog;
 class TableTranslator;
 class SettingsStore;
 class StatusItemController;
 class StatusItemHost;
 class TimerTickScheduler;
+class WakeObserver;
 class XdgAutostart;
 
 Q_DECLARE_LOGGING_CATEGORY(lcAppDelegate)
@@ -51,8 +60,13 @@ public:
     // The user launched Tarrow again: show the popup (an open popup stays open).
     void reopen();
     void openPopover();
+    // Opens the popup and asks it to show `item` (a click on one of its notifications).
+    void openPopoverAt(const CountdownID &item);
     // On quit: close the popup; the services go with the delegate.
     void terminate();
+    // The reverse of installing the interface, for the arrival services: drops the coordinators
+    // and the reminder scheduler and withdraws the notifications still shown.
+    void uninstallInterface();
 
     // The process hosts tests ("XCTestConfigurationFilePath" or "TARROW_TEST_HOST" set): nothing is
     // built.
@@ -64,10 +78,19 @@ public:
     bool hasPendingPopoverReveal() const { return m_pendingPopoverReveal; }
     EventStore *eventStore() const { return m_eventStore.get(); }
     PopoverController *popoverController() const { return m_popoverController.get(); }
+    // The model of the celebration settings page.
+    CelebrationSettingsModel *celebrationSettings() const { return m_celebrationSettings.get(); }
+
+Q_SIGNALS:
+    // The popup should select `item` in its list (the popup answers once it can select rows).
+    void popoverItemRequested(const CountdownID &item);
 
 private:
     void buildCore();
     void installInterface();
+    void installArrivals();
+    // A pass of everything that keeps time, at once (after a wake or a clock change).
+    void catchUpWithTime();
     void installStatusItem();
     bool onboardingCompleted() const;
 
@@ -89,14 +112,19 @@ private:
     std::unique_ptr<CountdownEngine> m_countdownEngine;
     // Slot: appearanceManager (applies the theme setting to the palette).
     std::unique_ptr<LocaleManager> m_localeManager;
-    // Slot: wakeObserver (sleep and wake of the system; a full engine pass on wake).
+    std::unique_ptr<WakeObserver> m_wakeObserver;
     // Slot: notificationAuthorization, calendarAuthorization.
 
     // The menu-bar interface, in the order it is installed.
     // Slot: calendarStore (then m_countdownRegistry->attachCalendarSource(calendarStore)).
-    // Slot: celebrationCoordinator with its ReachNotificationScheduler.
-    // Slot: recurrenceCoordinator.
-    // Slot: widgetSurface, reminderSurface.
+    std::unique_ptr<ReachNotificationScheduler> m_reachNotifier;
+    std::unique_ptr<CelebrationOverlay> m_celebrationOverlay;
+    std::unique_ptr<CelebrationCoordinator> m_celebrationCoordinator;
+    std::unique_ptr<CelebrationSettingsModel> m_celebrationSettings;
+    std::unique_ptr<RecurrenceCoordinator> m_recurrenceCoordinator;
+    // Slot: widgetSurface.
+    std::unique_ptr<NoticeLog> m_noticeLog;
+    std::unique_ptr<ReminderScheduler> m_reminderScheduler;
     // Slot: shortcutsService (toggle popup, new countdown).
     std::unique_ptr<CountdownListModel> m_listModel;
     std::unique_ptr<QuickEntryController> m_quickEntry;

@@ -66,6 +66,7 @@ std::optional<RecurrenceRule> RecurrenceRule::fromJson(const JsonValue &value, Q
         reader.required("weekdays"_L1);
     rule.interval = reader.int64("interval"_L1);
     rule.end = reader.optionalRecord("end"_L1, decodeEnd);
+    rule.seriesStart = reader.optionalDate("seriesStart"_L1);
     if (!reader.ok())
         return std::nullopt;
 
@@ -99,6 +100,8 @@ void RecurrenceRule::toJson(JsonWriter &writer) const
     }
     writer.key("frequency"_L1).string(QStringView(FrequencyNames[int(frequency)]));
     writer.key("interval"_L1).integer(interval);
+    if (seriesStart)
+        writer.key("seriesStart"_L1).date(*seriesStart);
     writer.key("weekdays"_L1).beginArray();
     for (Weekday day : weekdays)
         writer.integer(int(day));

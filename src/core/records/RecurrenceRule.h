@@ -37,6 +37,11 @@ struct RecurrenceRule
     QList<Weekday> weekdays;
     qint64 interval = 1;
     std::optional<End> end;
+    // The first occurrence of the series, kept by the roll so that the day a monthly or yearly
+    // series was set for (the 31st, 29 February) and the occurrences counted by the end rule
+    // survive months that clamp the date. Absent until the first roll; JSON key "seriesStart",
+    // written only when present.
+    std::optional<QDateTime> seriesStart = std::nullopt;
 
     static std::optional<RecurrenceRule> fromJson(const JsonValue &value, QString *error);
     void toJson(JsonWriter &writer) const;

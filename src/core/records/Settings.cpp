@@ -65,6 +65,11 @@ qint64 Settings::clampedTitleLength(qint64 length)
     return std::clamp(length, MinTitleLength, MaxTitleLength);
 }
 
+qint64 Settings::clampedAutoDismissSeconds(qint64 seconds)
+{
+    return std::clamp<qint64>(seconds, 0, MaxAutoDismissSeconds);
+}
+
 std::optional<Settings> Settings::fromJson(const JsonValue &value, QString *error)
 {
     JsonObjectReader reader(value, error);
@@ -103,6 +108,8 @@ std::optional<Settings> Settings::fromJson(const JsonValue &value, QString *erro
     s.pastSectionExpanded = reader.optionalBoolean("pastSectionExpanded"_L1).value_or(true);
     s.celebrationConfetti = reader.optionalBoolean("celebrationConfetti"_L1).value_or(true);
     s.celebrationSound = reader.optionalBoolean("celebrationSound"_L1).value_or(false);
+    s.celebrationAutoDismissSeconds = clampedAutoDismissSeconds(
+        reader.optionalInt64("celebrationAutoDismissSeconds"_L1).value_or(8));
     s.appVersion = reader.optionalString("appVersion"_L1).value_or(s.appVersion);
     if (!reader.ok())
         return std::nullopt;
@@ -115,6 +122,7 @@ void Settings::toJson(JsonWriter &writer) const
     writer.key("appVersion"_L1).string(appVersion);
     writer.key("calendars"_L1);
     calendars.toJson(writer);
+    writer.key("celebrationAutoDismissSeconds"_L1).integer(celebrationAutoDismissSeconds);
     writer.key("celebrationConfetti"_L1).boolean(celebrationConfetti);
     writer.key("celebrationSound"_L1).boolean(celebrationSound);
     writer.key("displayFormat"_L1).string(rawValue(displayFormat));

@@ -58,9 +58,13 @@ struct Settings
     bool pastSectionExpanded = true;
     bool celebrationConfetti = true;
     bool celebrationSound = false;
+    // Seconds a celebration stays before it closes by itself; 0 keeps it until dismissed.
+    qint64 celebrationAutoDismissSeconds = 8;
     QString appVersion = QStringLiteral(TARROW_VERSION);
 
     static qint64 clampedTitleLength(qint64 length);
+    static constexpr qint64 MaxAutoDismissSeconds = 600;
+    static qint64 clampedAutoDismissSeconds(qint64 seconds);
 
     // Every key may be missing; a value of the wrong type fails the whole file.
     static std::optional<Settings> fromJson(const JsonValue &value, QString *error);

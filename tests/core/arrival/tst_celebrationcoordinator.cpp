@@ -1,0 +1,198 @@
+#include "arrival/CelebrationCoordinator.h"
+#include "countdown/CountdownEngine.h"
+#include "support/ArrivalWorld.h"
+#include "support/FakeTickScheduler.h"
+
+#include <QTest>
+
+using namespace Fixture;
+
+static const QDateTime start = at("2026-03-01T12:00:00Z");
+static const CalendarSeriesRef standupSeries {"work", "standup"};
+
+// A store, the list and the engine that stamps arrivals, with the coordinator over them.
+struct World : ArrivalWorld
+{
+    void startCoordinator()
+    {
+        coordinator =
+            std::make_unique<CelebrationCoordinator>(store, registry, notifier, presenter, locale);
+        QCoreApplication::processEvents(); // the first look at arrivals waits for the loop
+    }
+    // The engine's pass at `when`, then the event loop's turns that follow it.
+    void passAt(const QDateTime &when)
+    {
+        clock.set(when);
+        engine.runFullPass();
+        settle();
+    }
+    static void settle()
+    {
+        for (int turn = 0; turn < 5; ++turn)
+            QCoreApplication::processEvents();
+    }
+    QStringList acknowledged() const
+    {
+        QStringList titles;
+        for (const Event &event : store.events()) {
+            if (event.celebrationAcknowledged)
+                titles.append(event.title);
+        }
+        return titles;
+    }
+
+    FakeTickScheduler scheduler;
+    CountdownEngine engine {store, registry, clock, scheduler};
+    FakePresenter presenter;
+    std::unique_ptr<CelebrationCoordinator> coordinator;
+};
+
+class tst_CelebrationCoordinator : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void arrivalsAreHandledOneAtATime_data();
+    void arrivalsAreHandledOneAtATime();
+    void theNoticeOffersOnlyLinksThatParse();
+    void calendarArrivalIsAcknowledgedForItsSeries();
+    void anArrivalThatCannotBeAcknowledgedIsNotAnnouncedAgain();
+};
+
+void tst_CelebrationCoordinator::arrivalsAreHandledOneAtATime_data()
+{
+    QTest::addColumn<bool>("notify");
+    QTest::addColumn<bool>("celebrate");
+    QTest::addColumn<QStringList>("notices");
+    QTest::addColumn<QStringList>("celebrated");
+
+    // Lunch (12:05) and Tea (12:10) both arrive in the pass at 12:30.
+    QTest::newRow("with both switches off they are acknowledged silently")
+        << false << false << QStringList() << QStringList();
+    QTest::newRow("with notifications on each is announced once, in order")
+        << true << false
+        << QStringList {"Lunch: The moment has arrived!", "Tea: The moment has arrived!"}
+        << QStringList();
+    QTest::newRow("with celebrations on the second waits until the first is dismissed")
+        << false << true << QStringList() << QStringList {"Lunch", "Tea"};
+    QTest::newRow("with both on, each is announced as its celebration starts")
+        << true << true
+        << QStringList {"Lunch: The moment has arrived!", "Tea: The moment has arrived!"}
+        << QStringList {"Lunch", "Tea"};
+}
+
+void tst_CelebrationCoordinator::arrivalsAreHandledOneAtATime()
+{
+    QFETCH(bool, notify);
+    QFETCH(bool, celebrate);
+    QFETCH(QStringList, notices);
+    QFETCH(QStringList, celebrated);
+    World w;
+    for (auto [title, minutes] : {std::pair {"Tea", 10}, std::pair {"Lunch", 5}}) {
+        Event event = countdown(title, start.addSecs(minutes * 60));
+        event.notifyOnReach = notify;
+        event.celebrationEnabled = celebrate;
+        QVERIFY(w.store.addEvent(event));
+    }
+    w.startCoordinator();
+    w.passAt(start.addSecs(30 * 60));
+
+    if (celebrate) {
+        // The first celebration holds everything else back.
+        QCOMPARE(w.presenter.shown, QStringList {"Lunch"});
+        QCOMPARE(w.notifier.bodies(), notices.mid(0, notify ? 1 : 0));
+        QVERIFY(w.acknowledged().isEmpty());
+        w.presenter.dismiss();
+        w.settle();
+        QCOMPARE(w.acknowledged(), QStringList {"Lunch"});
+        w.presenter.dismiss();
+        w.settle();
+    }
+    QCOMPARE(w.presenter.shown, celebrated);
+    QCOMPARE(w.notifier.bodies(), notices);
+    QCOMPARE(w.acknowledged().size(), 2);
+    QVERIFY(!w.coordinator->currentReach());
+
+    // Another pass later announces nothing again.
+    w.passAt(start.addSecs(60 * 60));
+    QCOMPARE(w.notifier.bodies(), notices);
+}
+
+void tst_CelebrationCoordinator::theNoticeOffersOnlyLinksThatParse()
+{
+    World w;
+    const QStringList links {"https://meet.google.com/abc-defg-hij", "see the agenda",
+                             "meet.google.com/abc"}; // only the first parses as a URL
+    for (qsizetype i = 0; i < links.size(); ++i) {
+        Event event = countdown("Standup", start.addSecs(60 + i));
+        event.notifyOnReach = true;
+        event.link = links.at(i);
+        QVERIFY(w.store.addEvent(event));
+    }
+    w.startCoordinator();
+    w.passAt(start.addSecs(90));
+    QCOMPARE(w.notifier.posted.size(), 3);
+    const Notice &first = w.notifier.posted.constFirst();
+    QCOMPARE(first.link, std::optional(QUrl(links.constFirst())));
+    QCOMPARE(first.identifier,
+             "tarrow.reached." + first.item->eventID()->toString(QUuid::WithoutBraces).toUpper());
+    QVERIFY(!w.notifier.posted.at(1).link && !w.notifier.posted.at(2).link);
+}
+
+void tst_CelebrationCoordinator::calendarArrivalIsAcknowledgedForItsSeries()
+{
+    World w;
+    CalendarOccurrence standup = occurrence("standup", "Standup", start.addSecs(600));
+    standup.meetingURL = QUrl("https://acme.zoom.us/j/42");
+    w.calendar.publish({standup, occurrence("standup", "Standup", start.addDays(1))});
+    CalendarReachSignals reach;
+    reach.notifyOnReach = true;
+    QVERIFY(w.store.setCalendarReach(standupSeries, reach));
+    w.startCoordinator();
+    w.passAt(start); // arms the first standup
+    w.passAt(start.addSecs(601)); // records its arrival
+
+    QCOMPARE(w.notifier.bodies(), QStringList {"Standup: The moment has arrived!"});
+    const Notice &notice = w.notifier.posted.constFirst();
+    QCOMPARE(notice.identifier,
+             "tarrow.reached."
+                 + noticeIDForSeries(standupSeries).toString(QUuid::WithoutBraces).toUpper());
+    QCOMPARE(notice.link, std::optional(QUrl("https://acme.zoom.us/j/42")));
+    const CalendarReachSignals after = w.store.calendarReach().value(standupSeries);
+    QVERIFY(!after.reached);
+    QCOMPARE(after.armed->start, start.addDays(1));
+}
+
+void tst_CelebrationCoordinator::anArrivalThatCannotBeAcknowledgedIsNotAnnouncedAgain()
+{
+    World w;
+    Event event = countdown("Exam", start.addSecs(60));
+    event.notifyOnReach = true;
+    QVERIFY(w.store.addEvent(event));
+    w.startCoordinator();
+    w.passAt(start.addSecs(61));
+    QCOMPARE(w.notifier.posted.size(), 1);
+    QVERIFY(w.acknowledged().contains("Exam"));
+
+    // A second countdown arrives while the disk is full: its acknowledgement fails and is logged,
+    // and the next change takes it up again without a second notice.
+    Event second = countdown("Essay", start.addSecs(120));
+    second.notifyOnReach = true;
+    QVERIFY(w.store.addEvent(second));
+    w.clock.set(start.addSecs(121));
+    w.engine.runFullPass(); // stamps Essay
+    w.files.failWrites = true;
+    QTest::ignoreMessage(QtWarningMsg,
+                         qPrintable("Failed to persist celebrationAcknowledged for "
+                                    + second.id.toString(QUuid::WithoutBraces)
+                                    + ": No space left on device"));
+    w.settle();
+    w.files.failWrites = false;
+    QVERIFY(w.store.addEvent(countdown("Later", start.addDays(3)))); // any change of the list
+    w.settle();
+    QCOMPARE(w.notifier.posted.size(), 2);
+    QVERIFY(w.acknowledged().contains("Essay"));
+}
+
+QTEST_GUILESS_MAIN(tst_CelebrationCoordinator)
+#include "tst_celebrationcoordinator.moc"
