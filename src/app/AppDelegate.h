@@ -20,6 +20,8 @@ class LocaleManager;
 class PopoverController;
 class QTimer;
 class QuickEntryController;
+class ShortcutsPageModel;
+class ShortcutsService;
 class TableTranslator;
 class SettingsStore;
 class StatusItemController;
@@ -51,6 +53,11 @@ public:
     // The user launched Tarrow again: show the popup (an open popup stays open).
     void reopen();
     void openPopover();
+    // The global shortcut and `tarrow --toggle-popup`: show the popup, or hide it when shown.
+    void togglePopover();
+    // The global shortcut and `tarrow --new-countdown`: the popup with the quick-entry field
+    // focused, ready for a title.
+    void startNewCountdown();
     // On quit: close the popup; the services go with the delegate.
     void terminate();
 
@@ -64,11 +71,15 @@ public:
     bool hasPendingPopoverReveal() const { return m_pendingPopoverReveal; }
     EventStore *eventStore() const { return m_eventStore.get(); }
     PopoverController *popoverController() const { return m_popoverController.get(); }
+    ShortcutsService *shortcutsService() const { return m_shortcutsService.get(); }
+    // What the settings window's shortcuts page binds to.
+    ShortcutsPageModel *shortcutsPageModel() const { return m_shortcutsPage.get(); }
 
 private:
     void buildCore();
     void installInterface();
     void installStatusItem();
+    void installShortcuts();
     bool onboardingCompleted() const;
 
     TrayLaunchOptions m_options;
@@ -97,7 +108,8 @@ private:
     // Slot: celebrationCoordinator with its ReachNotificationScheduler.
     // Slot: recurrenceCoordinator.
     // Slot: widgetSurface, reminderSurface.
-    // Slot: shortcutsService (toggle popup, new countdown).
+    std::unique_ptr<ShortcutsService> m_shortcutsService; // toggle popup, new countdown
+    std::unique_ptr<ShortcutsPageModel> m_shortcutsPage;
     std::unique_ptr<CountdownListModel> m_listModel;
     std::unique_ptr<QuickEntryController> m_quickEntry;
     std::unique_ptr<PopoverController> m_popoverController;

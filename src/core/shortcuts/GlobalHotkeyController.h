@@ -33,6 +33,8 @@ Q_SIGNALS:
     void activated(ShortcutAction action);
     // The desktop refused a registration after registerHotKey() returned.
     void registrationFailed(ShortcutAction action);
+    // The user gave `action` another combination in the desktop's own shortcut settings.
+    void comboChangedOnDesktop(ShortcutAction action, const KeyCombo &combo);
 
 protected:
     // The engine's own registration: 0 when it took the combination, else its status (an X11

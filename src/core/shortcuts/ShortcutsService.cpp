@@ -23,6 +23,8 @@ ShortcutsService::ShortcutsService(SettingsStore &settings,
                 [this](ShortcutAction action) {
                     setUnavailable(m_unavailable + QSet<ShortcutAction> {action});
                 });
+        connect(m_controller.get(), &GlobalHotkeyController::comboChangedOnDesktop, this,
+                &ShortcutsService::setCombo);
     }
     connect(&m_settings, &SettingsStore::settingsChanged, this, &ShortcutsService::followSettings);
 }
