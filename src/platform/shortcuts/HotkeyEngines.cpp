@@ -1,6 +1,7 @@
 #include "platform/shortcuts/HotkeyEngines.h"
 
 #include "platform/shortcuts/KGlobalAccelController.h"
+#include "platform/shortcuts/PortalShortcutsController.h"
 #include "platform/shortcuts/X11HotkeyController.h"
 
 std::unique_ptr<GlobalHotkeyController>
@@ -12,6 +13,8 @@ createGlobalHotkeyController(const QDBusConnection &bus,
         controller = std::make_unique<KGlobalAccelController>(bus, actionNames);
     else
         controller = X11HotkeyController::create();
+    if (!controller && PortalShortcutsController::isAvailable(bus))
+        controller = std::make_unique<PortalShortcutsController>(bus, actionNames);
     if (controller) {
         qCInfo(lcGlobalHotkeyController).noquote()
             << QStringLiteral("Global shortcuts through %1").arg(engineName(controller->engine()));

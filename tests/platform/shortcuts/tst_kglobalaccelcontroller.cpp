@@ -7,12 +7,12 @@
 
 #include "FakeKGlobalAccel.h"
 #include "support/PrivateSessionBus.h"
+#include "support/ServiceThread.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QSignalSpy>
 #include <QTest>
-#include <QThread>
 
 using namespace Qt::StringLiterals;
 
@@ -28,7 +28,7 @@ class tst_KGlobalAccelController : public QObject
 
 private:
     PrivateSessionBus m_bus;
-    QThread m_serviceThread;
+    std::unique_ptr<ServiceThread> m_thread;
     FakeKGlobalAccel *m_service = nullptr;
     TempPathProvider m_paths;
     DiskFileAccess m_files;
@@ -54,9 +54,8 @@ private Q_SLOTS:
         if (!m_bus.start())
             QSKIP("dbus-daemon is not available");
         QVERIFY(!KGlobalAccelController::isAvailable(m_bus.connect(u"before"_s)));
-        m_serviceThread.start();
-        m_service = new FakeKGlobalAccel;
-        m_service->moveToThread(&m_serviceThread);
+        m_thread = std::make_unique<ServiceThread>();
+        m_service = m_thread->make<FakeKGlobalAccel>();
         onService([this] {
             QDBusConnection bus = m_bus.connect(u"service"_s);
             bus.registerObject(u"/kglobalaccel"_s, m_service,
@@ -68,13 +67,7 @@ private Q_SLOTS:
         QVERIFY(KGlobalAccelController::isAvailable(m_bus.connect(u"client"_s)));
     }
 
-    void cleanupTestCase()
-    {
-        if (m_service)
-            onService([this] { delete m_service; });
-        m_serviceThread.quit();
-        m_serviceThread.wait();
-    }
+    void cleanupTestCase() { m_thread.reset(); }
 
     // The action is registered under Tarrow's component with its name, its default recorded as
     // the default, our key set over any saved one; presses of it come back; stopping releases it.
