@@ -213,12 +213,14 @@ void PortalShortcutsController::onResponse(const QDBusMessage &message)
         return;
     }
     if (response == 0) {
-        QStringList bound;
+        m_bound.clear();
         for (const PortalShortcut &shortcut :
-             qdbus_cast<QList<PortalShortcut>>(results.value(u"shortcuts"_s)))
-            bound << shortcut.id;
+             qdbus_cast<QList<PortalShortcut>>(results.value(u"shortcuts"_s))) {
+            if (const std::optional<ShortcutAction> action = shortcutActionFromRaw(shortcut.id))
+                m_bound.insert(*action);
+        }
         for (const ShortcutAction action : m_wanted.keys()) {
-            if (!bound.contains(rawValue(action)))
+            if (!m_bound.contains(action))
                 reportLateFailure(action, notBound);
         }
     }
@@ -233,7 +235,7 @@ void PortalShortcutsController::onActivated(const QDBusMessage &message)
         return;
     if (const std::optional<ShortcutAction> action =
             shortcutActionFromRaw(arguments.at(1).toString());
-        action && m_wanted.contains(*action))
+        action && m_bound.contains(*action))
         Q_EMIT activated(*action);
 }
 
@@ -244,4 +246,5 @@ void PortalShortcutsController::closeSession()
     m_bus.asyncCall(QDBusMessage::createMethodCall(portalService, m_session.path(),
                                                    sessionInterface, u"Close"_s));
     m_session = QDBusObjectPath();
+    m_bound.clear();
 }

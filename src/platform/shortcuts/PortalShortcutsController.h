@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QMap>
+#include <QSet>
 
 class QDBusMessage;
 
@@ -56,6 +57,7 @@ private:
     QDBusConnection m_bus;
     QMap<ShortcutAction, QString> m_actionNames;
     QMap<ShortcutAction, KeyCombo> m_wanted;
+    QSet<ShortcutAction> m_bound; // what the portal bound in the current session
     QDBusObjectPath m_session;
     QString m_requestPath;
     Step m_step = Step::idle;

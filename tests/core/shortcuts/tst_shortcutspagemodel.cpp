@@ -77,7 +77,6 @@ private Q_SLOTS:
         QCOMPARE(page.data(ShortcutAction::togglePopover, R::KeysRole).toString(),
                  u"Ctrl+Super+T"_s);
         QCOMPARE(page.data(ShortcutAction::togglePopover, R::StatusRole).toString(), QString());
-        QCOMPARE(page.data(ShortcutAction::newCountdown, R::UnavailableRole).toBool(), true);
         QCOMPARE(page.data(ShortcutAction::newCountdown, R::StatusRole).toString(),
                  u"Not available: another application already uses this shortcut."_s);
         QVERIFY(page.model.engineNote().isEmpty()); // X11 grabs need no explanation
@@ -87,8 +86,6 @@ private Q_SLOTS:
         QVERIFY(!rows.isEmpty());
         QCOMPARE(page.data(ShortcutAction::newCountdown, R::KeysRole).toString(),
                  u"Strg+Super+N"_s);
-        QCOMPARE(page.data(ShortcutAction::newCountdown, R::HelpRole).toString(),
-                 u"Öffnet aus jedem Programm heraus den Editor für einen neuen Countdown."_s);
         QCOMPARE(page.model.popoverKeys(),
                  (QVariantList {QVariantMap {{u"title"_s, u"Einstellungen öffnen"_s},
                                              {u"keys"_s, u"Strg+,"_s}},
@@ -106,13 +103,8 @@ private Q_SLOTS:
                  u"Your desktop does not let apps register global keys: bind a key to “tarrow "
                  "--toggle-popup” (and one to “tarrow --new-countdown” for a new countdown) in "
                  "your desktop’s keyboard settings."_s);
-        setLanguage(LanguagePref::tr);
-        QVERIFY(page.engineNote().contains(u"“tarrow --toggle-popup” komutuna"_s));
-        setLanguage(LanguagePref::en);
         Page kde(*m_store, *m_locale, std::make_unique<FakeHotkeyController>(Engine::kglobalaccel));
         QVERIFY(kde.model.engineNote().contains(u"System Settings"_s));
-        Page portal(*m_store, *m_locale, std::make_unique<FakeHotkeyController>(Engine::portal));
-        QVERIFY(portal.model.engineNote().contains(u"confirm"_s));
     }
 
     // Starting one recorder stops the other; what it captures becomes the action's keys, and
@@ -122,9 +114,6 @@ private Q_SLOTS:
         Page page(*m_store, *m_locale, std::make_unique<FakeHotkeyController>());
         ShortcutRecorderModel *toggle = page.model.recorder(ShortcutAction::togglePopover);
         ShortcutRecorderModel *create = page.model.recorder(ShortcutAction::newCountdown);
-        QCOMPARE(page.data(ShortcutAction::newCountdown, ShortcutsPageModel::RecorderRole)
-                     .value<QObject *>(),
-                 create);
         QVERIFY(!page.model.isCustomised());
         toggle->startRecording();
         create->startRecording();

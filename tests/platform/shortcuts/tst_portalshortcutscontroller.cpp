@@ -70,7 +70,9 @@ private Q_SLOTS:
             m_portal->activate(u"togglePopover"_s);
             m_portal->activate(u"newCountdown"_s); // declined: never bound
         });
-        QTRY_COMPARE(triggered, QList {ShortcutAction::togglePopover});
+        QTRY_COMPARE(triggered.size(), 1);
+        QTest::qWait(100); // the declined one does not follow
+        QCOMPARE(triggered, QList {ShortcutAction::togglePopover});
 
         m_thread->run([this] { m_portal->declined.clear(); });
         service.setCombo(ShortcutAction::newCountdown,

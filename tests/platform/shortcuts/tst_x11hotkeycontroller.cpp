@@ -79,9 +79,7 @@ private Q_SLOTS:
             QVERIFY2(keysym, qPrintable(QString::number(entry.code)));
             QCOMPARE(X11KeySymbols::qtKeyOf(*keysym), std::optional(entry.key));
         }
-        QCOMPARE(X11KeySymbols::keysymOf(Qt::Key_T), std::optional(quint32(XK_t)));
         QCOMPARE(X11KeySymbols::nameOf(Qt::Key_PageUp), u"Page_Up"_s);
-        QCOMPARE(X11KeySymbols::nameOf(Qt::Key_Space), u"space"_s);
     }
 
     void pressesReachTheirAction()
@@ -127,10 +125,8 @@ private Q_SLOTS:
         Settings settings;
         settings.shortcutOverrides.insert(u"togglePopover"_s, ctrlAltK);
         store.setSettings(settings);
-        std::unique_ptr<X11HotkeyController> controller = X11HotkeyController::create();
-        X11HotkeyController *engine = controller.get();
         QList<ShortcutAction> triggered;
-        ShortcutsService service(store, std::move(controller),
+        ShortcutsService service(store, X11HotkeyController::create(),
                                  [&](ShortcutAction action) { triggered << action; });
         QTest::ignoreMessage(QtWarningMsg,
                              "Could not register the togglePopover shortcut (status 10) - most "
@@ -139,7 +135,6 @@ private Q_SLOTS:
         QCOMPARE(service.unavailable(), QSet {ShortcutAction::togglePopover});
         QVERIFY(type(u"ctrl+super+n"_s));
         QTRY_COMPARE(triggered, QList {ShortcutAction::newCountdown});
-        QVERIFY(engine);
     }
 
     // The running app: its log names the engine, and the key opens the popup.
