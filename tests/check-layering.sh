@@ -17,6 +17,7 @@ rank_of() {
         core/calendar) echo 50 ;;
         core/countdown) echo 60 ;;
         core/arrival) echo 70 ;;
+        core/shortcuts) echo 70 ;;
         platform/*) echo 100 ;;
         cli | ui | ui/celebration) echo 200 ;;
         app) echo 300 ;;

@@ -15,9 +15,12 @@
 #include "platform/session/LoginLaunch.h"
 #include "platform/session/WakeObserver.h"
 #include "platform/session/XdgAutostart.h"
+#include "platform/shortcuts/HotkeyEngines.h"
 #include "platform/tray/AutoStatusItemHost.h"
 #include "platform/tray/StatusItemController.h"
 #include "platform/tray/SystemTrayIconHost.h"
+#include "shortcuts/ShortcutsPageModel.h"
+#include "shortcuts/ShortcutsService.h"
 #include "storage/EventStore.h"
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
@@ -80,6 +83,9 @@ void AppDelegate::didFinishLaunching()
                                                m_options.uiTest);
     for (const QString &link : std::as_const(m_options.links))
         m_urlRouter->route(link);
+    // A key bound to `tarrow --toggle-popup` or `--new-countdown` may be what started Tarrow.
+    if (m_options.togglePopup || m_options.newCountdown)
+        m_pendingPopoverReveal = true;
     installInterface();
 }
 
@@ -111,7 +117,7 @@ void AppDelegate::installInterface()
     // Slot: calendarStore, attached to the registry as its calendar source.
     installArrivals();
     // Slot: widgetSurface.
-    // Slot: shortcutsService.
+    installShortcuts();
     m_listModel = std::make_unique<CountdownListModel>(
         *m_countdownRegistry, m_clock, [this](const CountdownItem &item, const QDateTime &now) {
             return countdownRowTime(item, now, m_settingsStore->settings().displayFormat,
@@ -248,6 +254,23 @@ void AppDelegate::uninstallInterface()
     m_appUIInstalled = false;
 }
 
+void AppDelegate::installShortcuts()
+{
+    QMap<ShortcutAction, QString> actionNames;
+    for (const ShortcutAction action : allShortcutActions())
+        actionNames.insert(action, m_localeManager->text(titleKey(action)));
+    m_shortcutsService = std::make_unique<ShortcutsService>(
+        *m_settingsStore, createGlobalHotkeyController(QDBusConnection::sessionBus(), actionNames),
+        [this](ShortcutAction action) {
+            if (action == ShortcutAction::togglePopover)
+                togglePopover();
+            else
+                startNewCountdown();
+        });
+    m_shortcutsService->start();
+    m_shortcutsPage = std::make_unique<ShortcutsPageModel>(*m_shortcutsService, *m_localeManager);
+}
+
 bool AppDelegate::onboardingCompleted() const
 {
     return QSettings().value(onboardingCompletedKey, false).toBool();
@@ -269,7 +292,12 @@ void AppDelegate::handleRequest(const TrayLaunchOptions &request)
         return;
     for (const QString &link : request.links)
         m_urlRouter->route(link);
-    if (request.links.isEmpty() && !request.autostart)
+    if (request.togglePopup)
+        togglePopover();
+    if (request.newCountdown)
+        startNewCountdown();
+    if (request.links.isEmpty() && !request.autostart && !request.togglePopup
+        && !request.newCountdown)
         reopen();
 }
 
@@ -293,9 +321,28 @@ void AppDelegate::openPopoverAt(const CountdownID &item)
     Q_EMIT popoverItemRequested(item);
 }
 
+void AppDelegate::togglePopover()
+{
+    if (!m_appUIInstalled) {
+        m_pendingPopoverReveal = true;
+        return;
+    }
+    m_popoverController->toggle();
+}
+
+void AppDelegate::startNewCountdown()
+{
+    // The quick-entry field has the focus whenever the popup opens.
+    openPopover();
+}
+
 void AppDelegate::terminate()
 {
     if (m_popoverController)
         m_popoverController->close();
+    // Let go of the global keys before the display connection goes.
+    m_shortcutsPage.reset();
+    if (m_shortcutsService)
+        m_shortcutsService->stop();
     m_appUIInstalled = false;
 }

@@ -28,6 +28,8 @@ class ReachNotificationScheduler;
 class RecurrenceCoordinator;
 class ReminderScheduler;
 class NoticeLog;
+class ShortcutsPageModel;
+class ShortcutsService;
 class TableTranslator;
 class SettingsStore;
 class StatusItemController;
@@ -62,6 +64,11 @@ public:
     void openPopover();
     // Opens the popup and asks it to show `item` (a click on one of its notifications).
     void openPopoverAt(const CountdownID &item);
+    // The global shortcut and `tarrow --toggle-popup`: show the popup, or hide it when shown.
+    void togglePopover();
+    // The global shortcut and `tarrow --new-countdown`: the popup with the quick-entry field
+    // focused, ready for a title.
+    void startNewCountdown();
     // On quit: close the popup; the services go with the delegate.
     void terminate();
     // The reverse of installing the interface, for the arrival services: drops the coordinators
@@ -80,6 +87,9 @@ public:
     PopoverController *popoverController() const { return m_popoverController.get(); }
     // The model of the celebration settings page.
     CelebrationSettingsModel *celebrationSettings() const { return m_celebrationSettings.get(); }
+    ShortcutsService *shortcutsService() const { return m_shortcutsService.get(); }
+    // What the settings window's shortcuts page binds to.
+    ShortcutsPageModel *shortcutsPageModel() const { return m_shortcutsPage.get(); }
 
 Q_SIGNALS:
     // The popup should select `item` in its list (the popup answers once it can select rows).
@@ -92,6 +102,7 @@ private:
     // A pass of everything that keeps time, at once (after a wake or a clock change).
     void catchUpWithTime();
     void installStatusItem();
+    void installShortcuts();
     bool onboardingCompleted() const;
 
     TrayLaunchOptions m_options;
@@ -125,7 +136,8 @@ private:
     // Slot: widgetSurface.
     std::unique_ptr<NoticeLog> m_noticeLog;
     std::unique_ptr<ReminderScheduler> m_reminderScheduler;
-    // Slot: shortcutsService (toggle popup, new countdown).
+    std::unique_ptr<ShortcutsService> m_shortcutsService; // toggle popup, new countdown
+    std::unique_ptr<ShortcutsPageModel> m_shortcutsPage;
     std::unique_ptr<CountdownListModel> m_listModel;
     std::unique_ptr<QuickEntryController> m_quickEntry;
     std::unique_ptr<PopoverController> m_popoverController;

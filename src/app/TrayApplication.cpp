@@ -95,6 +95,10 @@ TrayLaunchOptions TrayLaunchOptions::parse(const QStringList &arguments)
             options.autostart = true;
         else if (argument == QLatin1String("--ui-test"))
             options.uiTest = true;
+        else if (argument == QLatin1String("--toggle-popup"))
+            options.togglePopup = true;
+        else if (argument == QLatin1String("--new-countdown"))
+            options.newCountdown = true;
         else if (argument.startsWith(QLatin1Char('-')))
             options.unknownOptions << argument;
         else

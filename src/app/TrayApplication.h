@@ -16,6 +16,8 @@ struct TrayLaunchOptions
     QString dataDirectory; // --data-dir DIR; empty for the user's data folder
     bool autostart = false; // --autostart: started by the desktop session at login
     bool uiTest = false; // --ui-test: UI tests drive the popup themselves
+    bool togglePopup = false; // --toggle-popup: show or hide the popup (a key bound by the user)
+    bool newCountdown = false; // --new-countdown: start a new countdown
     QStringList links; // tarrow:// links (or anything else to hand to the URL router)
     QStringList unknownOptions;
 
