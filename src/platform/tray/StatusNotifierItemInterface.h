@@ -55,6 +55,8 @@ public:
     void setTitle(const QString &title);
     void setIconPixmap(const SniIconPixmapList &pixmaps);
     void setLabel(const QString &label, const QString &guide);
+    // While hidden, the tool tip is empty, so a panel shows none over the open popup.
+    void setToolTipHidden(bool hidden);
 
     // Exported with QDBusConnection::ExportScriptableContents: only Q_SCRIPTABLE members and
     // the properties travel over D-Bus.
@@ -80,4 +82,5 @@ private:
     SniIconPixmapList m_iconPixmap;
     QString m_label;
     QString m_labelGuide;
+    bool m_toolTipHidden = false;
 };
