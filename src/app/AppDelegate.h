@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/TrayApplication.h"
+#include "platform/tray/StatusItemHost.h"
 #include "storage/FileAccess.h"
 #include "time/Clock.h"
 
@@ -23,7 +24,6 @@ class QuickEntryController;
 class TableTranslator;
 class SettingsStore;
 class StatusItemController;
-class StatusItemHost;
 class TimerTickScheduler;
 class XdgAutostart;
 
@@ -69,6 +69,7 @@ private:
     void buildCore();
     void installInterface();
     void installStatusItem();
+    QList<StatusItemMenuEntry> menuEntries();
     bool onboardingCompleted() const;
 
     TrayLaunchOptions m_options;
