@@ -34,6 +34,7 @@ void StatusNotifierItemInterface::setToolTipHidden(bool hidden)
     if (hidden == m_toolTipHidden)
         return;
     m_toolTipHidden = hidden;
+    Q_EMIT NewTitle();
     Q_EMIT NewToolTip();
 }
 

@@ -38,7 +38,7 @@ public:
 
     QString category() const;
     QString id() const;
-    QString title() const { return m_title; }
+    QString title() const { return m_toolTipHidden ? QString() : m_title; }
     QString status() const;
     int windowId() const { return 0; }
     QString emptyString() const { return {}; }
@@ -55,7 +55,8 @@ public:
     void setTitle(const QString &title);
     void setIconPixmap(const SniIconPixmapList &pixmaps);
     void setLabel(const QString &label, const QString &guide);
-    // While hidden, the tool tip is empty, so a panel shows none over the open popup.
+    // While hidden, the tool tip and the title are empty, so a panel shows no tool tip over the
+    // open popup (XFCE's tray shows the title when the tool tip is empty).
     void setToolTipHidden(bool hidden);
 
     // Exported with QDBusConnection::ExportScriptableContents: only Q_SCRIPTABLE members and
