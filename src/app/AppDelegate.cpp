@@ -17,6 +17,7 @@
 #include "platform/session/XdgAutostart.h"
 #include "platform/shortcuts/HotkeyEngines.h"
 #include "platform/tray/AutoStatusItemHost.h"
+#include "platform/tray/ClassicTrayPresence.h"
 #include "platform/tray/StatusItemController.h"
 #include "platform/tray/SystemTrayIconHost.h"
 #include "shortcuts/ShortcutsPageModel.h"
@@ -166,34 +167,21 @@ void AppDelegate::installInterface()
 
 void AppDelegate::installStatusItem()
 {
-    // A StatusNotifierItem registers whenever the panel's watcher appears, so a login launch that
-    // beats the panel still shows up once the panel is there; when no panel takes it and the X11
-    // session has an XEmbed tray, the classic tray icon stands in. Without a session bus, the
-    // XEmbed tray is the only host left.
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (bus.isConnected()) {
-        auto host = std::make_unique<AutoStatusItemHost>(bus);
-        host->start();
-        m_statusItemHost = std::move(host);
-    } else if (SystemTrayIconHost::isAvailable()) {
-        m_statusItemHost = std::make_unique<SystemTrayIconHost>();
-    }
-    if (!m_statusItemHost) {
-        qCWarning(lcAppDelegate) << "No panel tray to show the status item in";
-        return;
-    }
-    // Panels that open a menu on a click (GNOME's extension) need "Show countdowns…" first.
-    m_statusItemHost->setMenuEntries({
-        {m_localeManager->text(QStringLiteral("menubar.menu.show")),
-         [this] {
-             openPopover();
-         }},
-        {QString(), {}},
-        {m_localeManager->text(QStringLiteral("menubar.menu.quit")),
-         [] {
-             QCoreApplication::quit();
-         }},
-    });
+    // A StatusNotifierItem registers whenever a panel's watcher appears, and the classic tray
+    // icon stands in while no panel shows it but an XEmbed tray is there: both are decided again
+    // whenever a panel or tray comes or goes, so a login launch that beats the panel, a panel
+    // restarted or a tray started later all end up showing the item.
+    auto host = std::make_unique<AutoStatusItemHost>(
+        QDBusConnection::sessionBus(), ClassicTrayPresence::forPlatform(),
+        [] { return std::make_unique<SystemTrayIconHost>(); });
+    host->start();
+    m_statusItemHost = std::move(host);
+    m_statusItemHost->setMenuEntries(menuEntries());
+    connect(m_localeManager.get(), &LocaleManager::languageChanged, m_statusItemHost.get(),
+            [this] { m_statusItemHost->setMenuEntries(menuEntries()); });
+    // The panel's tool tip would cover the popup.
+    connect(m_popoverController.get(), &PopoverController::shownChanged, m_statusItemHost.get(),
+            [this] { m_statusItemHost->setPopupOpen(m_popoverController->isShown()); });
     m_statusItemController = std::make_unique<StatusItemController>(
         *m_statusItemHost, *m_countdownEngine, *m_settingsStore, *m_localeManager);
     m_statusItemController->setClickHandler([this](const StatusItemClick &click) {
@@ -271,6 +259,22 @@ void AppDelegate::installShortcuts()
     m_shortcutsPage = std::make_unique<ShortcutsPageModel>(*m_shortcutsService, *m_localeManager);
 }
 
+QList<StatusItemMenuEntry> AppDelegate::menuEntries()
+{
+    // Panels that open a menu on a click (GNOME's extension) need "Show countdowns…" first.
+    return {
+        {m_localeManager->text(QStringLiteral("menubar.menu.show")),
+         [this] {
+             openPopover();
+         }},
+        {QString(), {}},
+        {m_localeManager->text(QStringLiteral("menubar.menu.quit")),
+         [] {
+             QCoreApplication::quit();
+         }},
+    };
+}
+
 bool AppDelegate::onboardingCompleted() const
 {
     return QSettings().value(onboardingCompletedKey, false).toBool();
@@ -312,7 +316,8 @@ void AppDelegate::openPopover()
         m_pendingPopoverReveal = true;
         return;
     }
-    m_popoverController->open();
+    // Without a click, the item's place where the panel tells it; else the popup's own choice.
+    m_popoverController->open(m_statusItemHost ? m_statusItemHost->iconGeometry() : std::nullopt);
 }
 
 void AppDelegate::openPopoverAt(const CountdownID &item)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/TrayApplication.h"
+#include "platform/tray/StatusItemHost.h"
 #include "storage/FileAccess.h"
 #include "time/Clock.h"
 
@@ -33,7 +34,6 @@ class ShortcutsService;
 class TableTranslator;
 class SettingsStore;
 class StatusItemController;
-class StatusItemHost;
 class TimerTickScheduler;
 class WakeObserver;
 class XdgAutostart;
@@ -103,6 +103,7 @@ private:
     void catchUpWithTime();
     void installStatusItem();
     void installShortcuts();
+    QList<StatusItemMenuEntry> menuEntries();
     bool onboardingCompleted() const;
 
     TrayLaunchOptions m_options;

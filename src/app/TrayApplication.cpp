@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QQuickWindow>
 #include <QSocketNotifier>
 #include <QStandardPaths>
 
@@ -120,6 +121,11 @@ int runTrayApplication(int argc, char **argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(TARROW_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("tarrow"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // The popup is a small list: drawn in software it loads no GL driver, whose libraries would
+    // stay resident for the life of the process once the popup had opened. QT_QUICK_BACKEND
+    // still picks another renderer.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     const TrayLaunchOptions options = TrayLaunchOptions::parse(arguments);

@@ -44,3 +44,19 @@ QPoint PopupPlacement::topLeft(const QRect &available, const QRect &anchor, cons
     return {clampSpan(x, popup.width(), available.left(), available.width()),
             clampSpan(y, popup.height(), available.top(), available.height())};
 }
+
+QRect PopupPlacement::panelCorner(const QRect &screen, const QRect &available)
+{
+    const int top = available.top() - screen.top();
+    const int bottom = screen.bottom() - available.bottom();
+    const int left = available.left() - screen.left();
+    const int right = screen.right() - available.right();
+    // The strip itself, so the anchor's centre lies outside the work area, on the panel.
+    if (bottom > std::max({top, left, right}))
+        return QRect(available.right(), available.bottom() + 1, 1, bottom);
+    if (left > std::max(top, right))
+        return QRect(screen.left(), available.bottom(), left, 1);
+    if (right > top)
+        return QRect(available.right() + 1, available.bottom(), right, 1);
+    return QRect(available.right(), screen.top(), 1, std::max(1, top));
+}

@@ -20,4 +20,11 @@ public:
     static QPoint topLeft(const QRect &available, const QRect &anchor, const QSize &popup);
 
     static Edge nearestEdge(const QRect &available, QPoint point);
+
+    // A stand-in anchor for a popup that opens without a click and without a known item
+    // position: the end of the panel where trays sit. The panel is taken to lie along the edge
+    // where the work area (`available`) leaves the widest strip of the screen (`screen`) free;
+    // the item then sits at the right end of a horizontal panel, the bottom end of a vertical
+    // one. Without any strip (no panel reserves space) the top right corner stands in.
+    static QRect panelCorner(const QRect &screen, const QRect &available);
 };

@@ -204,6 +204,81 @@ private Q_SLOTS:
         QVERIFY(title.isNull() || world.entry.text().isEmpty());
     }
 
+    // A closed popup gives its scene back after the release delay; the next open builds it
+    // again, with what was being typed still there. Opened again in time, it keeps the scene.
+    void releasesTheSceneOnceClosedForAWhile()
+    {
+        World world;
+        world.popover.setReleaseDelay(std::chrono::milliseconds(300));
+        QSignalSpy released(&world.popover, &PopoverController::sceneReleased);
+        QVERIFY(world.openActive());
+        world.entry.setText(u"Dentist tomorrow"_s);
+        const QQuickWindow *first = world.popover.window();
+
+        world.popover.close();
+        QTest::qWait(100);
+        QVERIFY(world.openActive());
+        QCOMPARE(world.popover.window(), first);
+        world.popover.close();
+        QTRY_VERIFY(!world.popover.hasScene());
+        QCOMPARE(released.size(), 1);
+        QVERIFY(!world.popover.window());
+
+        QVERIFY(world.openActive());
+        QCOMPARE(world.find(u"quickEntryInput"_s)->property("text").toString(),
+                 u"Dentist tomorrow"_s);
+        QTest::qWait(500);
+        QVERIFY(world.popover.hasScene()); // never while shown
+    }
+
+    // Opened by a link or a second launch before any click: at the end of the panel (here, with
+    // no panel, the top right corner), never the middle; later, where the last click was.
+    void opensWithoutAClickAtThePanelsEnd()
+    {
+        World world;
+        world.popover.open();
+        const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+        QCOMPARE(world.popover.window()->geometry().topRight(),
+                 QPoint(available.right(), available.top() + 1 + PopupPlacement::gap));
+        const QRect item(300, 0, 24, 24);
+        world.popover.open(item);
+        world.popover.close();
+        world.popover.open();
+        QQuickWindow *window = world.popover.window();
+        QCOMPARE(window->x(), item.center().x() - window->width() / 2);
+    }
+
+    void findsThePanelsEnd_data()
+    {
+        QTest::addColumn<QRect>("available");
+        QTest::addColumn<QPoint>("topLeft");
+
+        // A 1920×1080 screen; the popup is 360×480, the gap 4 px.
+        QTest::newRow("Top panel: below its right end")
+            << QRect(0, 32, 1920, 1048) << QPoint(1560, 36);
+        QTest::newRow("Bottom panel: above its right end")
+            << QRect(0, 0, 1920, 1040) << QPoint(1560, 556);
+        QTest::newRow("Left panel: beside its bottom end")
+            << QRect(48, 0, 1872, 1080) << QPoint(52, 600);
+        QTest::newRow("Right panel: beside its bottom end")
+            << QRect(0, 0, 1872, 1080) << QPoint(1508, 600);
+        QTest::newRow("A bottom panel taller than a top one wins")
+            << QRect(0, 24, 1920, 1016) << QPoint(1560, 556);
+        QTest::newRow("No panel reserves space: the top right corner")
+            << QRect(0, 0, 1920, 1080) << QPoint(1560, 5);
+    }
+
+    void findsThePanelsEnd()
+    {
+        QFETCH(QRect, available);
+        QFETCH(QPoint, topLeft);
+        const QRect screen(0, 0, 1920, 1080);
+        const QSize popup(360, 480);
+        QCOMPARE(PopupPlacement::topLeft(available, PopupPlacement::panelCorner(screen, available),
+                                         popup),
+                 topLeft);
+    }
+
     void placesBesideTheItem_data()
     {
         QTest::addColumn<QRect>("available");

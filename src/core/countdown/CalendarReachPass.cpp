@@ -32,10 +32,11 @@ QHash<CalendarSeriesRef, SeriesView> viewSeries(const QList<CountdownItem> &item
 
 CalendarReachSignals::Occurrence CalendarReachPass::snapshot(const CalendarOccurrence &occurrence)
 {
-    std::optional<QString> link = occurrence.link;
-    if (!link && occurrence.meetingURL)
-        link = occurrence.meetingURL->toString();
-    return {occurrence.start, occurrence.title, link};
+    // Built in one expression: GCC 12 at -O2 takes an optional QString assigned later for
+    // one that may be read uninitialised.
+    if (occurrence.link || !occurrence.meetingURL)
+        return {occurrence.start, occurrence.title, occurrence.link};
+    return {occurrence.start, occurrence.title, occurrence.meetingURL->toString()};
 }
 
 QList<CalendarReachChange>

@@ -272,8 +272,10 @@ void CountdownEngine::rearmTimer(const QDateTime &now)
     m_currentBucket = bucket;
     m_scheduler.schedule(RefreshBuckets::tickInterval(*bucket),
                          [engine = QPointer<CountdownEngine>(this)] {
-                             if (engine)
-                                 engine->runFullPass();
+                             if (!engine)
+                                 return;
+                             qCDebug(lcCountdownEngine) << "Tick";
+                             engine->runFullPass();
                          });
 }
 

@@ -8,6 +8,7 @@
 #include <QRect>
 
 #include <functional>
+#include <optional>
 
 // Where the user clicked the status item. `position` is the point the panel reported (global
 // screen coordinates where the panel knows them); `geometry` is the item's rectangle on screen,
@@ -39,6 +40,11 @@ public:
     virtual void show(const MenubarChipPresentation &presentation,
                       const QString &accessibleLabel) = 0;
     virtual void setMenuEntries(const QList<StatusItemMenuEntry> &entries) = 0;
+    // The popup opened or closed beside the item: while it is open the item shows no tool tip,
+    // which would cover it.
+    virtual void setPopupOpen(bool open) { Q_UNUSED(open); }
+    // Where the item is on screen (global coordinates), for panels that tell without a click.
+    virtual std::optional<QRect> iconGeometry() const { return std::nullopt; }
 
 Q_SIGNALS:
     void clicked(const StatusItemClick &click);

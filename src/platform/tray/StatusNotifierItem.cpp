@@ -79,6 +79,14 @@ bool StatusNotifierItem::start()
 
     // Any new owner of the watcher name (a late panel, a restarted one, a replacement) has an
     // empty list of items, so register with each.
+    // A panel that starts its host after the watcher says so; one that stops says that too.
+    const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+    m_connection.connect(watcherService, watcherPath, watcherService,
+                         QStringLiteral("StatusNotifierHostRegistered"), this,
+                         SLOT(onHostRegistered()));
+    m_connection.connect(watcherService, watcherPath, watcherService,
+                         QStringLiteral("StatusNotifierHostUnregistered"), this,
+                         SLOT(onHostUnregistered()));
     m_watcher = new QDBusServiceWatcher(watcherService, m_connection,
                                         QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
@@ -113,17 +121,53 @@ void StatusNotifierItem::registerWithWatcher()
             return;
         }
         qCDebug(lcStatusNotifierItem) << "Registered" << m_serviceName;
+        askForHost();
         setRegistered(true);
     });
 }
 
+void StatusNotifierItem::askForHost()
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        watcherService, QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    call << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
+    auto *pending = new QDBusPendingCallWatcher(m_connection.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *w) {
+        w->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *w;
+        // A watcher without the property is taken at its word that items are shown.
+        setHostPresent(reply.isError() || reply.value().variant().toBool());
+    });
+}
+
+void StatusNotifierItem::onHostRegistered()
+{
+    setHostPresent(true);
+}
+
+void StatusNotifierItem::onHostUnregistered()
+{
+    askForHost(); // another panel's host may still be there
+}
+
+void StatusNotifierItem::setHostPresent(bool present)
+{
+    const bool wasHosted = isHosted();
+    m_hostPresent = present;
+    if (wasHosted != isHosted())
+        Q_EMIT hostedChanged(isHosted());
+}
+
 void StatusNotifierItem::setRegistered(bool registered)
 {
-    if (registered == m_registered) {
+    if (registered == m_registered)
         return;
-    }
+    const bool wasHosted = isHosted();
     m_registered = registered;
     Q_EMIT registeredChanged(m_registered);
+    if (wasHosted != isHosted())
+        Q_EMIT hostedChanged(isHosted());
 }
 
 void StatusNotifierItem::show(const MenubarChipPresentation &presentation,
@@ -142,6 +186,11 @@ void StatusNotifierItem::show(const MenubarChipPresentation &presentation,
 void StatusNotifierItem::setMenuEntries(const QList<StatusItemMenuEntry> &entries)
 {
     m_menu->setEntries(entries);
+}
+
+void StatusNotifierItem::setPopupOpen(bool open)
+{
+    m_item->setToolTipHidden(open);
 }
 
 QString StatusNotifierItem::labelText(const MenubarChipPresentation &presentation)

@@ -16,6 +16,7 @@ class StatusNotifierItem : public StatusItemHost
 {
     Q_OBJECT
     Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
+    Q_PROPERTY(bool hosted READ isHosted NOTIFY hostedChanged)
 
 public:
     static const QString watcherService; // "org.kde.StatusNotifierWatcher"
@@ -31,9 +32,13 @@ public:
     QString serviceName() const { return m_serviceName; }
     // True while a watcher has accepted the item.
     bool isRegistered() const { return m_registered; }
+    // True while a watcher has accepted the item and a panel (a StatusNotifierHost) shows the
+    // watcher's items. A watcher that cannot tell counts as having one.
+    bool isHosted() const { return m_registered && m_hostPresent; }
 
     void show(const MenubarChipPresentation &presentation, const QString &accessibleLabel) override;
     void setMenuEntries(const QList<StatusItemMenuEntry> &entries) override;
+    void setPopupOpen(bool open) override;
 
     // "title time" as the panel label: the visible texts of the chip joined by a space.
     static QString labelText(const MenubarChipPresentation &presentation);
@@ -43,10 +48,17 @@ public:
 
 Q_SIGNALS:
     void registeredChanged(bool registered);
+    void hostedChanged(bool hosted);
+
+private Q_SLOTS:
+    void onHostRegistered();
+    void onHostUnregistered();
 
 private:
     void registerWithWatcher();
+    void askForHost();
     void setRegistered(bool registered);
+    void setHostPresent(bool present);
 
     QDBusConnection m_connection;
     QString m_serviceName;
@@ -55,4 +67,5 @@ private:
     QDBusServiceWatcher *m_watcher = nullptr;
     bool m_started = false;
     bool m_registered = false;
+    bool m_hostPresent = true;
 };

@@ -26,7 +26,16 @@ QString StatusNotifierItemInterface::status() const
 
 SniToolTip StatusNotifierItemInterface::toolTip() const
 {
-    return SniToolTip {QString(), {}, m_title, QString()};
+    return SniToolTip {QString(), {}, m_toolTipHidden ? QString() : m_title, QString()};
+}
+
+void StatusNotifierItemInterface::setToolTipHidden(bool hidden)
+{
+    if (hidden == m_toolTipHidden)
+        return;
+    m_toolTipHidden = hidden;
+    Q_EMIT NewTitle();
+    Q_EMIT NewToolTip();
 }
 
 void StatusNotifierItemInterface::setTitle(const QString &title)

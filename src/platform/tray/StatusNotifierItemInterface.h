@@ -38,7 +38,7 @@ public:
 
     QString category() const;
     QString id() const;
-    QString title() const { return m_title; }
+    QString title() const { return m_toolTipHidden ? QString() : m_title; }
     QString status() const;
     int windowId() const { return 0; }
     QString emptyString() const { return {}; }
@@ -55,6 +55,9 @@ public:
     void setTitle(const QString &title);
     void setIconPixmap(const SniIconPixmapList &pixmaps);
     void setLabel(const QString &label, const QString &guide);
+    // While hidden, the tool tip and the title are empty, so a panel shows no tool tip over the
+    // open popup (XFCE's tray shows the title when the tool tip is empty).
+    void setToolTipHidden(bool hidden);
 
     // Exported with QDBusConnection::ExportScriptableContents: only Q_SCRIPTABLE members and
     // the properties travel over D-Bus.
@@ -80,4 +83,5 @@ private:
     SniIconPixmapList m_iconPixmap;
     QString m_label;
     QString m_labelGuide;
+    bool m_toolTipHidden = false;
 };

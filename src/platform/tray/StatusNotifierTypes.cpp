@@ -116,12 +116,53 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuItemPrope
     return argument;
 }
 
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event)
+{
+    argument.beginStructure();
+    argument << event.id << event.eventId << event.data << event.timestamp;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event)
+{
+    argument.beginStructure();
+    argument >> event.id >> event.eventId >> event.data >> event.timestamp;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuItemPropertyNames &item)
+{
+    argument.beginStructure();
+    argument << item.id << item.names;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuItemPropertyNames &item)
+{
+    argument.beginStructure();
+    argument >> item.id >> item.names;
+    argument.endStructure();
+    return argument;
+}
+
 void registerStatusNotifierTypes()
 {
+    // The exported slots name the lists by their aliases; QtDBus finds types by those names.
+    qRegisterMetaType<SniIconPixmapList>("SniIconPixmapList");
+    qRegisterMetaType<DBusMenuItemPropertiesList>("DBusMenuItemPropertiesList");
+    qRegisterMetaType<DBusMenuEventList>("DBusMenuEventList");
+    qRegisterMetaType<DBusMenuItemPropertyNamesList>("DBusMenuItemPropertyNamesList");
     qDBusRegisterMetaType<SniIconPixmap>();
     qDBusRegisterMetaType<SniIconPixmapList>();
     qDBusRegisterMetaType<SniToolTip>();
     qDBusRegisterMetaType<DBusMenuLayoutItem>();
     qDBusRegisterMetaType<DBusMenuItemProperties>();
     qDBusRegisterMetaType<DBusMenuItemPropertiesList>();
+    qDBusRegisterMetaType<DBusMenuEvent>();
+    qDBusRegisterMetaType<DBusMenuEventList>();
+    qDBusRegisterMetaType<DBusMenuItemPropertyNames>();
+    qDBusRegisterMetaType<DBusMenuItemPropertyNamesList>();
 }

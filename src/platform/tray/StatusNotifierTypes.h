@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusArgument>
+#include <QDBusVariant>
 #include <QImage>
 #include <QList>
 #include <QMetaType>
@@ -48,6 +49,25 @@ struct DBusMenuItemProperties
 };
 using DBusMenuItemPropertiesList = QList<DBusMenuItemProperties>;
 
+// "(isvu)": one event of an EventGroup call: item id, event ("clicked", "opened", "closed",
+// "hovered"), data and the X11 timestamp of the input that caused it.
+struct DBusMenuEvent
+{
+    qint32 id = 0;
+    QString eventId;
+    QDBusVariant data;
+    quint32 timestamp = 0;
+};
+using DBusMenuEventList = QList<DBusMenuEvent>;
+
+// "(ias)": the properties an item no longer has, for ItemsPropertiesUpdated.
+struct DBusMenuItemPropertyNames
+{
+    qint32 id = 0;
+    QStringList names;
+};
+using DBusMenuItemPropertyNamesList = QList<DBusMenuItemPropertyNames>;
+
 QDBusArgument &operator<<(QDBusArgument &argument, const SniIconPixmap &pixmap);
 const QDBusArgument &operator>>(const QDBusArgument &argument, SniIconPixmap &pixmap);
 QDBusArgument &operator<<(QDBusArgument &argument, const SniToolTip &toolTip);
@@ -56,6 +76,10 @@ QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuLayoutItem &ite
 const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuLayoutItem &item);
 QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuItemProperties &item);
 const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuItemProperties &item);
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event);
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event);
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuItemPropertyNames &item);
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuItemPropertyNames &item);
 
 // Registers the types above with QtDBus; call before exporting or reading them.
 void registerStatusNotifierTypes();
@@ -64,3 +88,5 @@ Q_DECLARE_METATYPE(SniIconPixmap)
 Q_DECLARE_METATYPE(SniToolTip)
 Q_DECLARE_METATYPE(DBusMenuLayoutItem)
 Q_DECLARE_METATYPE(DBusMenuItemProperties)
+Q_DECLARE_METATYPE(DBusMenuEvent)
+Q_DECLARE_METATYPE(DBusMenuItemPropertyNames)

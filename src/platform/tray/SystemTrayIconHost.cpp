@@ -27,11 +27,6 @@ SystemTrayIconHost::SystemTrayIconHost(QObject *parent)
 
 SystemTrayIconHost::~SystemTrayIconHost() = default;
 
-bool SystemTrayIconHost::isAvailable()
-{
-    return QSystemTrayIcon::isSystemTrayAvailable();
-}
-
 void SystemTrayIconHost::show(const MenubarChipPresentation &presentation,
                               const QString &accessibleLabel)
 {
@@ -45,8 +40,21 @@ void SystemTrayIconHost::show(const MenubarChipPresentation &presentation,
     }
     m_shown = presentation;
     m_hasShown = true;
-    m_icon->setToolTip(accessibleLabel);
+    m_toolTip = accessibleLabel;
+    m_icon->setToolTip(m_popupOpen ? QString() : m_toolTip);
     m_icon->show();
+}
+
+void SystemTrayIconHost::setPopupOpen(bool open)
+{
+    m_popupOpen = open;
+    m_icon->setToolTip(open ? QString() : m_toolTip);
+}
+
+std::optional<QRect> SystemTrayIconHost::iconGeometry() const
+{
+    const QRect geometry = m_icon->geometry();
+    return geometry.isValid() ? std::optional<QRect>(geometry) : std::nullopt;
 }
 
 void SystemTrayIconHost::setMenuEntries(const QList<StatusItemMenuEntry> &entries)

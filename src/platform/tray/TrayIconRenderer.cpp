@@ -43,10 +43,16 @@ QImage TrayIconRenderer::render(const MenubarChipPresentation &presentation, int
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
 
-    const QRectF square(0, 0, s, s);
-    painter.setPen(Qt::NoPen);
+    // The tile carries its own light background, so the dark text reads on any panel; its rim,
+    // in the text's colour, keeps the tile apart from a panel as light as the tile.
+    const qreal rim = std::max(1.0, s / 22.0);
+    const QRectF square(rim / 2, rim / 2, s - rim, s - rim);
+    QColor rimColor = textColor();
+    rimColor.setAlphaF(0.55f);
+    painter.setPen(QPen(rimColor, rim));
     painter.setBrush(backgroundColor());
     painter.drawRoundedRect(square, s * 0.2, s * 0.2);
+    painter.setPen(Qt::NoPen);
 
     const qreal barHeight = std::max(2.0, s / 11.0);
     const qreal inset = s * 0.12;
@@ -64,9 +70,9 @@ QImage TrayIconRenderer::render(const MenubarChipPresentation &presentation, int
 
     const QString text = shortDetail(presentation.detail);
     const qreal contentBottom = bar.top() - s * 0.04;
-    const qreal symbolSideInSquare = text.isEmpty() ? contentBottom - s * 0.1 : s * 0.42;
+    const qreal symbolSideInSquare = text.isEmpty() ? contentBottom - s * 0.1 : s * 0.46;
     const QSizeF symbolSize(symbolSideInSquare, symbolSideInSquare);
-    const QPointF symbolOrigin((s - symbolSideInSquare) / 2, text.isEmpty() ? s * 0.06 : s * 0.02);
+    const QPointF symbolOrigin((s - symbolSideInSquare) / 2, text.isEmpty() ? s * 0.06 : s * 0.05);
     const QImage symbol = IconSet::render(presentation.symbolName, symbolSize, 1.0, textColor());
     painter.drawImage(symbolOrigin, symbol);
 

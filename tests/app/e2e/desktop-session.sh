@@ -27,6 +27,11 @@ retry() {
 # Starts Xvfb on a free display and xfce4-panel with only the notification area (the
 # StatusNotifierItem host) and waits for the panel's watcher.
 start_desktop() {
+    start_xvfb
+    start_panel
+}
+
+start_xvfb() {
     # Xvfb reports the free display it took once it accepts connections.
     Xvfb -displayfd 3 -screen 0 1024x600x24 -nolisten tcp 3>"$world/display" 2>"$out/xvfb.log" &
     pids+=($!)
@@ -34,7 +39,9 @@ start_desktop() {
     export DISPLAY=":$(head -n1 "$world/display")"
     dbus-update-activation-environment DISPLAY XDG_CURRENT_DESKTOP HOME XDG_CONFIG_HOME XDG_DATA_HOME \
         XDG_CACHE_HOME XDG_RUNTIME_DIR XDG_CONFIG_DIRS XDG_DATA_DIRS GSETTINGS_BACKEND
+}
 
+start_panel() {
     # A one-plugin panel at the top: the notification area (systray), which hosts
     # StatusNotifierItems. The xfconf channel spares the first-run dialog.
     channel="$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml"
@@ -57,8 +64,9 @@ start_desktop() {
   </property>
 </channel>
 XML
-    xfce4-panel --disable-wm-check >"$out/panel.log" 2>&1 &
-    pids+=($!)
+    xfce4-panel --disable-wm-check >>"$out/panel.log" 2>&1 &
+    panel_pid=$!
+    pids+=("$panel_pid")
     gdbus wait --session --timeout 30 org.kde.StatusNotifierWatcher || fail "the panel's tray never appeared"
 }
 

@@ -1,16 +1,22 @@
 #!/usr/bin/env bash
-# `run-e2e.sh TARROW SCREEN_GRAB SOURCE_DIR OUTPUT_DIR`: `tarrow` on Xvfb, a private session bus
-# and xfce4-panel (its systray hosts StatusNotifierItems). Checks that the item registered and
-# shows the pinned countdown's label, that `xdg-open tarrow://` opens the popup, and saves a
-# screenshot. Exits 77 (skipped) when a program it needs is missing, except on CI (CI set).
+# `run-e2e.sh SCENARIO TARROW SCREEN_GRAB SOURCE_DIR OUTPUT_DIR`: `tarrow` on Xvfb with a private
+# session bus, home and panels, running the checks of SCENARIO.sh beside this script:
+#   panel          xfce4-panel (its systray hosts StatusNotifierItems)
+#   classic-tray   trayer, an XEmbed-only tray, started after Tarrow
+# Exits 77 (skipped) when a program it needs is missing, except on CI (CI set).
 set -euo pipefail
 
-tarrow=$1 grab=$2 source_dir=$3 out=$4
+scenario=$1 tarrow=$2 grab=$3 source_dir=$4 out=$5
 
 if [[ "${1:-}" != --inner ]]; then
+    needed=(Xvfb dbus-run-session dbus-update-activation-environment gdbus)
+    case $scenario in
+        panel) needed+=(xfce4-panel xdg-open) ;;
+        classic-tray) needed+=(trayer xfce4-panel xwininfo) ;;
+        *) echo "run-e2e.sh: unknown scenario $scenario" >&2; exit 2 ;;
+    esac
     missing=()
-    for program in Xvfb dbus-run-session dbus-update-activation-environment xfce4-panel gdbus \
-        xdg-open; do
+    for program in "${needed[@]}"; do
         command -v "$program" >/dev/null 2>&1 || missing+=("$program")
     done
     if ((${#missing[@]})); then
@@ -28,40 +34,16 @@ if [[ "${1:-}" != --inner ]]; then
     mkdir -p "$HOME" "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$world/xdg"
     mkdir -p -m 700 "$XDG_RUNTIME_DIR"
     status=0
-    dbus-run-session -- "$0" --inner "$tarrow" "$grab" "$source_dir" "$out" "$world" || status=$?
+    dbus-run-session -- "$0" --inner "$scenario" "$tarrow" "$grab" "$source_dir" "$out" "$world" \
+        || status=$?
     rm -rf "$world"
     exit "$status"
 fi
 
 shift
-tarrow=$1 grab=$2 source_dir=$3 out=$4 world=$5
-log="$out/tarrow.log"
+scenario=$1 tarrow=$2 grab=$3 source_dir=$4 out=$5 world=$6
+log="$out/tarrow-$scenario.log"
 # shellcheck source=desktop-session.sh
 source "$(dirname "$0")/desktop-session.sh"
-start_desktop
-
-# tarrow:// links go to this build with this data folder.
-data="$world/data"
-"$source_dir/scripts/install-desktop-entry.sh" --exec "$tarrow" -- --data-dir "$data" >/dev/null
-
-# One countdown, so the item has a label to show.
-"$tarrow" --data-dir "$data" add "Launch party" --date "$(date -u -d '+3 days' +%Y-%m-%dT%H:%M:%SZ)" \
-    >/dev/null || fail "could not add a countdown"
-
-export QT_LOGGING_RULES="SingleInstance.debug=true;PopoverController.debug=true;AppDelegate.debug=true"
-"$tarrow" --data-dir "$data" >"$log" 2>&1 &
-pids+=($!)
-
-retry 200 has_registered_item || fail "no status item registered with the watcher"
-item=$(registered_item) # xfce4-panel's watcher lists "service/path"
-label=$(gdbus call --session --dest "${item%%/*}" --object-path "/${item#*/}" \
-    --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel)
-echo "Registered item $item, label $label"
-[[ "$label" == *"Launch party"* ]] || fail "the item's label is $label"
-
-xdg-open tarrow://open || fail "xdg-open tarrow:// failed"
-retry 100 grep -q "Opened the popup" "$log" || fail "the popup did not open for tarrow://"
-sleep 2 # the first frame of the popup (software GL) takes a moment
-"$grab" "$out/e2e-popup.png" || fail "no screenshot"
-echo "Screenshot: $out/e2e-popup.png"
-echo PASS
+# shellcheck source=/dev/null
+source "$(dirname "$0")/$scenario.sh"

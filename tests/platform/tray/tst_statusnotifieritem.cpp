@@ -1,10 +1,10 @@
+#include "support/FakeStatusNotifierWatcher.h"
 #include "support/PrivateSessionBus.h"
 
 #include "platform/tray/StatusNotifierItem.h"
 #include "platform/tray/StatusNotifierTypes.h"
 #include "platform/tray/TrayIconRenderer.h"
 
-#include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
@@ -26,45 +26,7 @@ MenubarChipPresentation dentist(const QString &detail = u"2d 4h"_s)
 
 } // namespace
 
-// Stands in for a panel: its org.kde.StatusNotifierWatcher records every item that registers and
-// the connection it came from, and it logs the item's signals it listens to with their arguments.
-class FakePanel : public QObject, protected QDBusContext
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-
-public:
-    explicit FakePanel(QDBusConnection connection)
-        : m_connection(std::move(connection))
-    {
-        m_connection.registerObject(u"/StatusNotifierWatcher"_s, this,
-                                    QDBusConnection::ExportScriptableSlots);
-    }
-
-    ~FakePanel() override { stopWatcher(); }
-
-    bool startWatcher() { return m_connection.registerService(StatusNotifierItem::watcherService); }
-    void stopWatcher() { m_connection.unregisterService(StatusNotifierItem::watcherService); }
-
-    QStringList items; // "service from connection"
-    QStringList signalLog;
-
-public Q_SLOTS:
-    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &service)
-    {
-        items.append(service + u" from "_s + message().service());
-    }
-    void record(const QDBusMessage &signal)
-    {
-        QStringList words {signal.member()};
-        for (const QVariant &argument : signal.arguments())
-            words.append(argument.toString());
-        signalLog.append(words.join(u'|'));
-    }
-
-private:
-    QDBusConnection m_connection;
-};
+using FakePanel = FakeStatusNotifierWatcher;
 
 class tst_StatusNotifierItem : public QObject
 {
@@ -106,7 +68,7 @@ private Q_SLOTS:
     {
         m_fakePanel = std::make_unique<FakePanel>(m_panel);
         m_item = std::make_unique<StatusNotifierItem>(m_app);
-        QVERIFY(m_fakePanel->startWatcher() && m_item->start());
+        QVERIFY(m_fakePanel->start() && m_item->start());
         m_item->show(dentist(), u"Dentist, 2d 4h"_s);
         QTRY_VERIFY(m_item->isRegistered());
     }
@@ -124,9 +86,9 @@ private Q_SLOTS:
         QCOMPARE(m_fakePanel->items, QStringList {registration});
         QVERIFY(m_item->serviceName().startsWith(u"org.kde.StatusNotifierItem-"_s));
 
-        m_fakePanel->stopWatcher();
+        m_fakePanel->stop();
         QTRY_VERIFY(!m_item->isRegistered());
-        QVERIFY(m_fakePanel->startWatcher());
+        QVERIFY(m_fakePanel->start());
         QTRY_VERIFY(m_item->isRegistered());
         QCOMPARE(m_fakePanel->items, QStringList(2, registration));
     }
@@ -195,6 +157,28 @@ private Q_SLOTS:
                                    u"XAyatanaNewLabel|Dentist 2d 3h|Dentist 0d 0h"_s, u"NewIcon"_s,
                                    u"NewTitle"_s, u"NewToolTip"_s,
                                    u"XAyatanaNewLabel|Dentist 1d 3h|Dentist 0d 0h"_s}));
+    }
+
+    // The panel's tool tip would cover the open popup: it is empty meanwhile, and so is the
+    // title, which XFCE's tray shows in its place.
+    void withholdsTheToolTipWhileThePopupIsOpen()
+    {
+        const auto shownAsToolTip = [this]() -> QString {
+            const QDBusMessage reply =
+                panelCall(StatusNotifierItem::itemObjectPath, u"org.freedesktop.DBus.Properties"_s,
+                          u"GetAll"_s, {kItemInterface});
+            QVariantMap all;
+            reply.arguments().at(0).value<QDBusArgument>() >> all;
+            SniToolTip toolTip;
+            all.value(u"ToolTip"_s).value<QDBusArgument>() >> toolTip;
+            return toolTip.title + u'|' + all.value(u"Title"_s).toString();
+        };
+        m_item->setPopupOpen(true);
+        QCOMPARE(shownAsToolTip(), u"|"_s);
+        m_item->show(dentist(u"2d 3h"_s), u"Dentist, 2d 3h"_s);
+        QCOMPARE(shownAsToolTip(), u"|"_s);
+        m_item->setPopupOpen(false);
+        QCOMPARE(shownAsToolTip(), u"Dentist, 2d 3h|Dentist, 2d 3h"_s);
     }
 
     // A left click activates; a right click on a panel that does not show menus asks for the
