@@ -59,6 +59,9 @@ struct Settings
     bool celebrationConfetti = true;
     bool celebrationSound = false;
     QString appVersion = QStringLiteral(TARROW_VERSION);
+    // What a new countdown asks for when it arrives (each countdown keeps its own switches).
+    bool newCountdownNotifies = true;
+    bool newCountdownCelebrates = false;
 
     static qint64 clampedTitleLength(qint64 length);
 
