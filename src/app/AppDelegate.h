@@ -11,19 +11,28 @@
 #include <optional>
 
 class AppURLRouter;
+class AppearanceManager;
 class CountdownEngine;
 class CountdownListModel;
 class CountdownRegistry;
 class DefaultPathProvider;
+class EventEditorModel;
 class EventStore;
 class LocaleManager;
+class OnboardingModel;
 class PopoverController;
+class PopupNavigator;
 class QTimer;
 class QuickEntryController;
+class RowActions;
 class TableTranslator;
+class SettingsModel;
+class SettingsPageList;
 class SettingsStore;
+class SettingsWindowController;
 class StatusItemController;
 class StatusItemHost;
+class TimeZoneListModel;
 class TimerTickScheduler;
 class XdgAutostart;
 
@@ -51,6 +60,8 @@ public:
     // The user launched Tarrow again: show the popup (an open popup stays open).
     void reopen();
     void openPopover();
+    // The settings window, on `page` when given ("general", "panel", ...).
+    void openSettings(const QString &page = QString());
     // On quit: close the popup; the services go with the delegate.
     void terminate();
 
@@ -64,12 +75,16 @@ public:
     bool hasPendingPopoverReveal() const { return m_pendingPopoverReveal; }
     EventStore *eventStore() const { return m_eventStore.get(); }
     PopoverController *popoverController() const { return m_popoverController.get(); }
+    PopupNavigator *popupNavigator() const { return m_navigator.get(); }
+    // Where features add their settings pages.
+    SettingsPageList *settingsPages() const { return m_settingsPages.get(); }
 
 private:
     void buildCore();
     void installInterface();
     void installStatusItem();
-    bool onboardingCompleted() const;
+    void installPopup();
+    void installSettingsWindow();
 
     TrayLaunchOptions m_options;
     QString m_dataDirectory;
@@ -87,7 +102,7 @@ private:
     std::unique_ptr<CountdownRegistry> m_countdownRegistry;
     std::unique_ptr<TimerTickScheduler> m_tickScheduler;
     std::unique_ptr<CountdownEngine> m_countdownEngine;
-    // Slot: appearanceManager (applies the theme setting to the palette).
+    std::unique_ptr<AppearanceManager> m_appearanceManager;
     std::unique_ptr<LocaleManager> m_localeManager;
     // Slot: wakeObserver (sleep and wake of the system; a full engine pass on wake).
     // Slot: notificationAuthorization, calendarAuthorization.
@@ -98,10 +113,18 @@ private:
     // Slot: recurrenceCoordinator.
     // Slot: widgetSurface, reminderSurface.
     // Slot: shortcutsService (toggle popup, new countdown).
-    std::unique_ptr<CountdownListModel> m_listModel;
-    std::unique_ptr<QuickEntryController> m_quickEntry;
-    std::unique_ptr<PopoverController> m_popoverController;
     std::unique_ptr<TableTranslator> m_translator;
+    std::unique_ptr<CountdownListModel> m_listModel;
+    std::unique_ptr<RowActions> m_rowActions;
+    std::unique_ptr<EventEditorModel> m_editor;
+    std::unique_ptr<TimeZoneListModel> m_timeZones;
+    std::unique_ptr<PopupNavigator> m_navigator;
+    std::unique_ptr<QuickEntryController> m_quickEntry;
+    std::unique_ptr<OnboardingModel> m_onboarding;
+    std::unique_ptr<SettingsModel> m_settingsModel;
+    std::unique_ptr<SettingsPageList> m_settingsPages;
+    std::unique_ptr<SettingsWindowController> m_settingsWindow;
+    std::unique_ptr<PopoverController> m_popoverController;
     std::unique_ptr<QTimer> m_rowTicker;
     std::unique_ptr<StatusItemHost> m_statusItemHost;
     std::unique_ptr<StatusItemController> m_statusItemController;
@@ -109,5 +132,7 @@ private:
 
     bool m_appUIInstalled = false;
     bool m_pendingPopoverReveal = false;
+    bool m_showWelcome = false;
+    std::optional<QString> m_pendingSettingsPage; // asked for before the interface was there
     std::optional<bool> m_loginLaunch;
 };

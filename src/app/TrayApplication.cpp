@@ -95,6 +95,8 @@ TrayLaunchOptions TrayLaunchOptions::parse(const QStringList &arguments)
             options.autostart = true;
         else if (argument == QLatin1String("--ui-test"))
             options.uiTest = true;
+        else if (argument == QLatin1String("--reset-onboarding"))
+            options.resetOnboarding = true;
         else if (argument.startsWith(QLatin1Char('-')))
             options.unknownOptions << argument;
         else

@@ -16,6 +16,7 @@ struct TrayLaunchOptions
     QString dataDirectory; // --data-dir DIR; empty for the user's data folder
     bool autostart = false; // --autostart: started by the desktop session at login
     bool uiTest = false; // --ui-test: UI tests drive the popup themselves
+    bool resetOnboarding = false; // --reset-onboarding: show the welcome page again
     QStringList links; // tarrow:// links (or anything else to hand to the URL router)
     QStringList unknownOptions;
 
