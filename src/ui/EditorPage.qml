@@ -147,7 +147,7 @@ FocusScope {
                         placeholderText: qsTrId("edit.title.placeholder")
                         Accessible.name: qsTrId("edit.field.title")
                         onTextEdited: page.editor.title = text
-                        onAccepted: page.editor.save()
+                        onAccepted: page.editor.submitTitle()
                     }
                     FieldError {
                         objectName: "titleError"

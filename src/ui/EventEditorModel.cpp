@@ -187,6 +187,14 @@ void EventEditorModel::loadOccurrence(const CalendarOccurrence &occurrence)
     ++m_revision;
 }
 
+bool EventEditorModel::submitTitle()
+{
+    if (!hasSuggestion())
+        return save();
+    useSuggestion();
+    return false;
+}
+
 void EventEditorModel::cancel()
 {
     close(false);

@@ -102,6 +102,8 @@ public:
     Q_INVOKABLE bool save();
     // Closes the editor without saving.
     Q_INVOKABLE void cancel();
+    // Enter in the title field: takes the offered date when there is one, else saves.
+    Q_INVOKABLE bool submitTitle();
 
     Q_INVOKABLE void useSuggestion();
     Q_INVOKABLE void dismissSuggestion();

@@ -53,6 +53,18 @@ TestCase {
         compare(testWorld.eventsOnDisk(), ["Dentist|2026-03-02T12:00:00Z"])
     }
 
+    function test_enterTakesTheOfferedDateThenSaves() {
+        const page = openEditor()
+        type("Exam on 3 June")
+        tryVerify(() => findChild(page, "suggestionChip").visible, 3000)
+        keyClick(Qt.Key_Return)
+        compare(findChild(page, "titleField").text, "Exam")
+        compare(navigator.page, "editor")
+        keyClick(Qt.Key_Return)
+        compare(navigator.page, "list")
+        compare(testWorld.eventsOnDisk(), ["Exam|2026-06-02T21:00:00Z|allDay"])
+    }
+
     function test_aBadFieldStopsTheSaveAndSaysWhy() {
         const page = openEditor()
         keySequence("ctrl+s") // an empty title
