@@ -70,6 +70,7 @@ FocusScope {
 
         Flickable {
             id: form
+            objectName: "editorForm"
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true
@@ -290,6 +291,13 @@ FocusScope {
                         onTextChanged: if (text !== page.editor.note) page.editor.note = text
                         KeyNavigation.priority: KeyNavigation.BeforeItem
                         KeyNavigation.tab: linkField
+                        background: Rectangle {
+                            radius: 2
+                            color: page.palette.base
+                            border.width: parent.activeFocus ? 2 : 1
+                            border.color: parent.activeFocus ? page.palette.highlight
+                                                             : Theme.wash(page.palette, page.palette.text, 0.28)
+                        }
                     }
                     FormLabel {
                         text: qsTrId("edit.link")

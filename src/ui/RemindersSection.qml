@@ -53,7 +53,12 @@ Flow {
         displayText: qsTrId("edit.reminder.add")
         flat: true
         implicitHeight: 28
+        implicitWidth: addMetrics.width + 44
         Accessible.name: qsTrId("edit.reminder.add")
+        TextMetrics {
+            id: addMetrics
+            text: qsTrId("edit.reminder.add")
+        }
         onActivated: (index) => {
             section.editor.addReminder(section.editor.reminderChoices[index].minutes)
             currentIndex = -1

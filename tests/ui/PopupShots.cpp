@@ -1,6 +1,7 @@
 // Renders the popup and the settings window with sample data, for the README and for looking at:
 //   tarrow_popup_shots OUT_DIR LANGUAGE THEME [SCALE]
-// writes OUT_DIR/LANGUAGE-THEME-{list,editor,empty,welcome,settings}.png. THEME is light or dark.
+// writes OUT_DIR/LANGUAGE-THEME-{list,editor,editor-more,calendar,empty,welcome,settings,
+// settings-general,settings-arrivals}.png. THEME is light or dark.
 // The clock stands at 15:00 in Istanbul on 1 March 2026, so the pictures do not change from run
 // to run.
 #include "UiWorld.h"
@@ -14,6 +15,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
 
@@ -165,11 +167,27 @@ int main(int argc, char **argv)
         world.editor.setColor(u"red"_s);
         world.editor.addReminder(60);
         ok &= save(scene.popover.window(), prefix + u"editor.png"_s);
+        world.editor.setRepeat(int(RecurrenceRule::Frequency::weekly));
+        world.editor.toggleWeekday(int(Weekday::monday));
+        world.editor.setNote(u"Bring the insurance card"_s);
+        world.editor.setLink(u"clinic.example.com/booking"_s);
+        auto *form = scene.popover.window()->findChild<QQuickItem *>(u"editorForm"_s);
+        if (form)
+            form->setProperty("contentY", form->property("contentHeight").toReal()
+                                              - form->height());
+        ok &= save(scene.popover.window(), prefix + u"editor-more.png"_s);
+        world.editor.cancel();
+        world.navigator.editRow(world.rowOf(u"Team standup"_s));
+        ok &= save(scene.popover.window(), prefix + u"calendar.png"_s);
         world.editor.cancel();
 
         scene.popover.close();
-        scene.settingsWindow.open(u"panel"_s);
-        ok &= save(scene.settingsWindow.window(), prefix + u"settings.png"_s);
+        for (const QString &page : {u"panel"_s, u"general"_s, u"arrivals"_s}) {
+            scene.settingsWindow.open(page);
+            ok &= save(scene.settingsWindow.window(),
+                       prefix + (page == u"panel" ? u"settings"_s : u"settings-"_s + page)
+                           + u".png"_s);
+        }
         scene.settingsWindow.close();
     }
     {
