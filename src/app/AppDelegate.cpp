@@ -258,6 +258,10 @@ void AppDelegate::installStatusItem()
          [this] {
              openPopover();
          }},
+        {m_localeManager->text(QStringLiteral("menubar.menu.settings")),
+         [this] {
+             openSettings();
+         }},
         {QString(), {}},
         {m_localeManager->text(QStringLiteral("menubar.menu.quit")),
          [] {

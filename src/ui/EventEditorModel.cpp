@@ -221,28 +221,25 @@ QTimeZone EventEditorModel::zone() const
     return zoneOrSystem(m_timeZone);
 }
 
-QDate EventEditorModel::parseDate(const QString &text) const
+EditorFields::DateWords EventEditorModel::dateWords() const
 {
-    const auto words = [this](const QString &phrase, bool *hasTime) -> std::optional<QDateTime> {
+    return [this](const QString &phrase, bool *hasTime) -> std::optional<QDateTime> {
         const std::optional<NaturalDateMatch> match = m_parser(phrase, m_clock.now(), true);
         if (!match)
             return std::nullopt;
         *hasTime = match->includeTime;
         return match->date.toTimeZone(QTimeZone::systemTimeZone());
     };
-    return EditorFields::parseDate(text, locale(), words);
+}
+
+QDate EventEditorModel::parseDate(const QString &text) const
+{
+    return EditorFields::parseDate(text, locale(), dateWords());
 }
 
 QTime EventEditorModel::parseTime(const QString &text) const
 {
-    const auto words = [this](const QString &phrase, bool *hasTime) -> std::optional<QDateTime> {
-        const std::optional<NaturalDateMatch> match = m_parser(phrase, m_clock.now(), true);
-        if (!match)
-            return std::nullopt;
-        *hasTime = match->includeTime;
-        return match->date.toTimeZone(QTimeZone::systemTimeZone());
-    };
-    return EditorFields::parseTime(text, locale(), words);
+    return EditorFields::parseTime(text, locale(), dateWords());
 }
 
 std::optional<QDateTime> EventEditorModel::target() const

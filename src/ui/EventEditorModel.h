@@ -3,6 +3,7 @@
 #include "countdown/CountdownItem.h"
 #include "countdown/MenubarChipPresentation.h"
 #include "ui/DateSuggester.h"
+#include "ui/EditorFields.h"
 
 #include <QDate>
 #include <QLoggingCategory>
@@ -193,6 +194,8 @@ private:
     std::optional<QDateTime> target() const;
     QTimeZone zone() const;
     QLocale locale() const;
+    // Dates and times in words, read by the date parser (relative to now, past dates kept).
+    EditorFields::DateWords dateWords() const;
     QDate parseDate(const QString &text) const;
     QTime parseTime(const QString &text) const;
     bool targetChanged() const;
