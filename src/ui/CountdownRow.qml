@@ -104,8 +104,11 @@ ItemDelegate {
             }
         }
 
+        // Its room is kept while it is hidden, so nothing moves when the pointer comes by.
         GlyphButton {
-            visible: row.showsLink
+            visible: row.linkLabel.length > 0
+            opacity: row.showsLink ? 1 : 0
+            enabled: row.showsLink
             glyph: row.linkProminent ? "ui.video.fill" : "ui.link"
             glyphColor: row.linkProminent ? row.accentGraphic : row.palette.buttonText
             label: row.linkLabel
