@@ -49,6 +49,15 @@ std::optional<NaturalDateMatch> DateSuggester::suggestionNow() const
     return m_parser(m_text, m_clock.now(), m_keepsPast);
 }
 
+void DateSuggester::settleNow()
+{
+    if (isSettled())
+        return;
+    m_pause.stop();
+    const quint64 generation = ++m_generation; // an answer still on its way is dropped
+    apply(generation, m_parser(m_text, m_clock.now(), m_keepsPast));
+}
+
 void DateSuggester::parse()
 {
     ++m_parseCount;

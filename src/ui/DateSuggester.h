@@ -38,6 +38,8 @@ public:
     bool isSettled() const { return m_settledGeneration == m_generation; }
     // The current text's suggestion, parsed on the spot when it is not settled yet.
     std::optional<NaturalDateMatch> suggestionNow() const;
+    // Parses the current text on the spot when its suggestion is not settled yet, and applies it.
+    void settleNow();
     // How many times the parser was started for typed text (not counting suggestionNow()).
     int parseCount() const { return m_parseCount; }
 

@@ -189,6 +189,7 @@ void EventEditorModel::loadOccurrence(const CalendarOccurrence &occurrence)
 
 bool EventEditorModel::submitTitle()
 {
+    m_suggester.settleNow(); // Enter may come before the pause in typing ran out
     if (!hasSuggestion())
         return save();
     useSuggestion();

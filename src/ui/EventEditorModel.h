@@ -103,7 +103,8 @@ public:
     Q_INVOKABLE bool save();
     // Closes the editor without saving.
     Q_INVOKABLE void cancel();
-    // Enter in the title field: takes the offered date when there is one, else saves.
+    // Enter in the title field: takes the date found in the title when there is one (reading
+    // the title at once if typing has not paused yet), else saves.
     Q_INVOKABLE bool submitTitle();
 
     Q_INVOKABLE void useSuggestion();

@@ -35,7 +35,8 @@ public:
         m_world.list.setScope(CountdownListScope::all);
         m_world.list.setCurrentRow(-1);
         m_world.store.setPin(std::nullopt);
-        for (const Event &event : m_world.store.events())
+        const QList<Event> events = m_world.store.events(); // each deletion replaces the list
+        for (const Event &event : events)
             m_world.store.deleteEvent(event.id);
         m_world.navigator.showList();
     }

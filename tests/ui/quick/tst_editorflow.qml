@@ -42,8 +42,9 @@ TestCase {
         type("Dentist tomorrow at 3pm")
         compare(editor.title, "Dentist tomorrow at 3pm")
         const chip = findChild(page, "suggestionChip")
-        tryVerify(() => chip.visible, 3000)
-        compare(findChild(page, "suggestionDate").text, "Mon 2 Mar, 3:00 PM")
+        // What was typed first may be offered first ("tomorrow"); then the whole title is read.
+        tryCompare(findChild(page, "suggestionDate"), "text", "Mon 2 Mar, 3:00 PM", 3000)
+        verify(chip.visible)
         mouseClick(findChild(page, "useSuggestion"))
         compare(findChild(page, "titleField").text, "Dentist")
         verify(!chip.visible)
@@ -56,8 +57,7 @@ TestCase {
     function test_enterTakesTheOfferedDateThenSaves() {
         const page = openEditor()
         type("Exam on 3 June")
-        tryVerify(() => findChild(page, "suggestionChip").visible, 3000)
-        keyClick(Qt.Key_Return)
+        keyClick(Qt.Key_Return) // before or after the title was read: the date is taken
         compare(findChild(page, "titleField").text, "Exam")
         compare(navigator.page, "editor")
         keyClick(Qt.Key_Return)
