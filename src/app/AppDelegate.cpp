@@ -26,26 +26,41 @@
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
 #include "storage/StartupMigrations.h"
+#include "ui/AppearanceManager.h"
+#include "ui/ChipPreviewProvider.h"
 #include "ui/CountdownListModel.h"
-#include "ui/CountdownRowTime.h"
+#include "ui/EventEditorModel.h"
+#include "ui/OnboardingModel.h"
 #include "ui/PopoverController.h"
+#include "ui/PopupNavigator.h"
 #include "ui/QuickEntryController.h"
+#include "ui/RowActions.h"
+#include "ui/SettingsModel.h"
+#include "ui/SettingsPageList.h"
+#include "ui/SettingsWindowController.h"
 #include "ui/TableTranslator.h"
 #include "ui/celebration/CelebrationOverlay.h"
 #include "ui/celebration/ReducedMotion.h"
+#include "ui/TimeZoneListModel.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDesktopServices>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QGuiApplication>
 #include <QTimer>
 
 Q_LOGGING_CATEGORY(lcAppDelegate, "AppDelegate")
 
 namespace {
 
-const QString onboardingCompletedKey = QStringLiteral("tarrow.onboarding.completed");
+// The natural date parser in the user's own time zone.
+std::optional<NaturalDateMatch> parseInSystemZone(const QString &text, const QDateTime &now,
+                                                  bool keepsPast)
+{
+    return NaturalDateParser::parse(text, now, QTimeZone::systemTimeZone(), keepsPast);
+}
 
 } // namespace
 
@@ -69,7 +84,8 @@ bool AppDelegate::isTestHost()
 
 void AppDelegate::willFinishLaunching()
 {
-    m_urlRouter = std::make_unique<AppURLRouter>([this] { openPopover(); });
+    m_urlRouter =
+        std::make_unique<AppURLRouter>([this] { openPopover(); }, [this] { openSettings(); });
 }
 
 void AppDelegate::didFinishLaunching()
@@ -79,9 +95,14 @@ void AppDelegate::didFinishLaunching()
         return;
     }
     buildCore();
+    if (m_options.resetOnboarding)
+        OnboardingModel::reset();
+    // Before onboarding, a launch the user made opens the popup on the welcome page.
+    const bool onboarded = OnboardingModel::isCompleted();
+    m_showWelcome = !onboarded;
     m_pendingPopoverReveal = m_pendingPopoverReveal
-        || LoginLaunch::revealsPopoverAtLaunch(onboardingCompleted(), isLoginLaunch(),
-                                               m_options.uiTest);
+        || LoginLaunch::revealsPopoverAtLaunch(onboarded, isLoginLaunch(), m_options.uiTest)
+        || (!onboarded && !isLoginLaunch() && !m_options.uiTest);
     for (const QString &link : std::as_const(m_options.links))
         m_urlRouter->route(link);
     // A key bound to `tarrow --toggle-popup` or `--new-countdown` may be what started Tarrow.
@@ -102,7 +123,8 @@ void AppDelegate::buildCore()
     m_tickScheduler = std::make_unique<TimerTickScheduler>();
     m_countdownEngine = std::make_unique<CountdownEngine>(*m_eventStore, *m_countdownRegistry,
                                                           m_clock, *m_tickScheduler);
-    // Slot: appearanceManager over the settings store.
+    m_appearanceManager =
+        std::make_unique<AppearanceManager>(*m_settingsStore, QGuiApplication::palette());
     m_localeManager = std::make_unique<LocaleManager>(*m_settingsStore);
     m_wakeObserver = std::make_unique<WakeObserver>(QDBusConnection::systemBus());
     connect(m_wakeObserver.get(), &WakeObserver::timeChanged, this, &AppDelegate::catchUpWithTime);
@@ -119,30 +141,93 @@ void AppDelegate::installInterface()
     installArrivals();
     // Slot: widgetSurface.
     installShortcuts();
-    m_listModel = std::make_unique<CountdownListModel>(
-        *m_countdownRegistry, m_clock, [this](const CountdownItem &item, const QDateTime &now) {
-            return countdownRowTime(item, now, m_settingsStore->settings().displayFormat,
-                                    m_localeManager->table());
-        });
-    connect(m_localeManager.get(), &LocaleManager::languageChanged, m_listModel.get(),
-            &CountdownListModel::refreshTimes);
-    connect(m_settingsStore.get(), &SettingsStore::settingsChanged, m_listModel.get(),
-            &CountdownListModel::refreshTimes);
-    m_quickEntry = std::make_unique<QuickEntryController>(
-        *m_eventStore, m_clock, [](const QString &text, const QDateTime &now) {
-            return NaturalDateParser::parse(text, now, QTimeZone::systemTimeZone(), false);
-        });
-    m_popoverController = std::make_unique<PopoverController>(
-        QVariantMap {{QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
-                     {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())}});
-    // The popup's texts and date formats follow the interface language, live.
+    installPopup();
+    installStatusItem();
+    // Slot: reviewPromptCoordinator.
+    m_appUIInstalled = true;
+    if (m_showWelcome)
+        m_navigator->showWelcome();
+    if (m_pendingPopoverReveal) {
+        m_pendingPopoverReveal = false;
+        openPopover();
+    }
+    if (m_pendingSettingsPage) {
+        openSettings(*m_pendingSettingsPage);
+        m_pendingSettingsPage.reset();
+    }
+}
+
+void AppDelegate::installPopup()
+{
+    AppearanceManager::installControlsStyle();
+    // The interface's texts and date formats follow the interface language, live.
     m_translator = std::make_unique<TableTranslator>(*m_localeManager);
     QCoreApplication::installTranslator(m_translator.get());
     QLocale::setDefault(m_localeManager->interfaceLocale());
+
+    m_listModel = std::make_unique<CountdownListModel>(*m_countdownRegistry, *m_eventStore,
+                                                       *m_settingsStore, *m_localeManager, m_clock);
+    m_rowActions = std::make_unique<RowActions>(
+        *m_eventStore, *m_listModel, *m_localeManager,
+        [](const QUrl &url) { return QDesktopServices::openUrl(url); });
+    m_editor = std::make_unique<EventEditorModel>(
+        *m_eventStore, *m_settingsStore, *m_localeManager, m_clock, &parseInSystemZone,
+        [this](const QString &symbol) {
+            // The panel shows the symbol being picked while the editor is open.
+            if (m_statusItemController)
+                m_statusItemController->setPreviewSymbol(symbol);
+        });
+    m_timeZones = std::make_unique<TimeZoneListModel>(m_clock.now());
+    m_navigator = std::make_unique<PopupNavigator>(*m_listModel, *m_rowActions, *m_editor);
+    m_quickEntry = std::make_unique<QuickEntryController>(*m_eventStore, *m_settingsStore, m_clock,
+                                                          &parseInSystemZone);
+    m_onboarding = std::make_unique<OnboardingModel>(*m_quickEntry);
+    connect(m_onboarding.get(), &OnboardingModel::finished, m_navigator.get(),
+            &PopupNavigator::showList);
+    m_settingsModel = std::make_unique<SettingsModel>(*m_settingsStore, *m_localeManager, [this] {
+        return StatusItemController::inputsFrom(*m_countdownEngine, m_settingsStore->settings());
+    });
+
+    const QList<SceneImageProvider> imageProviders = {
+        {QStringLiteral("chip"), [this]() -> QQmlImageProviderBase * {
+             return new ChipPreviewProvider(
+                 [this](const QString &name) -> std::optional<MenubarChipPresentation> {
+                     if (name == u"editor")
+                         return m_editor->chipPresentation();
+                     if (name == u"settings")
+                         return m_settingsModel->chipPresentation();
+                     return std::nullopt;
+                 });
+         }}};
+    installSettingsWindow();
+    m_settingsWindow = std::make_unique<SettingsWindowController>(
+        QVariantMap {
+            {QStringLiteral("pages"), QVariant::fromValue(m_settingsPages.get())},
+            {QStringLiteral("settings"), QVariant::fromValue(m_settingsModel.get())},
+            {QStringLiteral("appearance"), QVariant::fromValue(m_appearanceManager.get())}},
+        imageProviders);
+
+    m_popoverController = std::make_unique<PopoverController>(QVariantMap {
+        {QStringLiteral("navigator"), QVariant::fromValue(m_navigator.get())},
+        {QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
+        {QStringLiteral("actions"), QVariant::fromValue(m_rowActions.get())},
+        {QStringLiteral("editor"), QVariant::fromValue(m_editor.get())},
+        {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())},
+        {QStringLiteral("zones"), QVariant::fromValue(m_timeZones.get())},
+        {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())},
+        {QStringLiteral("settings"), QVariant::fromValue(m_settingsModel.get())},
+        {QStringLiteral("appearance"), QVariant::fromValue(m_appearanceManager.get())}});
+    m_popoverController->setImageProviders(imageProviders);
+    connect(m_navigator.get(), &PopupNavigator::closeRequested, m_popoverController.get(),
+            &PopoverController::close);
+    connect(m_navigator.get(), &PopupNavigator::settingsRequested, this,
+            [this] { openSettings(); });
     connect(m_localeManager.get(), &LocaleManager::languageChanged, this, [this] {
         QLocale::setDefault(m_localeManager->interfaceLocale());
         m_popoverController->retranslate();
+        m_settingsWindow->retranslate();
     });
+
     // Row times move on every second while the popup is open, and not at all while it is closed.
     m_rowTicker = std::make_unique<QTimer>();
     m_rowTicker->setInterval(1000);
@@ -154,15 +239,17 @@ void AppDelegate::installInterface()
             m_rowTicker->start();
         } else {
             m_rowTicker->stop();
+            // A popup closed mid-edit drops the draft, as Escape would.
+            if (m_editor->isActive())
+                m_editor->cancel();
         }
     });
-    installStatusItem();
-    // Slot: reviewPromptCoordinator.
-    m_appUIInstalled = true;
-    if (m_pendingPopoverReveal) {
-        m_pendingPopoverReveal = false;
-        openPopover();
-    }
+}
+
+void AppDelegate::installSettingsWindow()
+{
+    // Features add their pages here (calendars, shortcuts, data) with m_settingsPages->addPage().
+    m_settingsPages.reset(SettingsPageList::withGeneralPages());
 }
 
 void AppDelegate::installStatusItem()
@@ -267,17 +354,16 @@ QList<StatusItemMenuEntry> AppDelegate::menuEntries()
          [this] {
              openPopover();
          }},
+        {m_localeManager->text(QStringLiteral("menubar.menu.settings")),
+         [this] {
+             openSettings();
+         }},
         {QString(), {}},
         {m_localeManager->text(QStringLiteral("menubar.menu.quit")),
          [] {
              QCoreApplication::quit();
          }},
     };
-}
-
-bool AppDelegate::onboardingCompleted() const
-{
-    return QSettings().value(onboardingCompletedKey, false).toBool();
 }
 
 bool AppDelegate::isLoginLaunch()
@@ -294,14 +380,19 @@ void AppDelegate::handleRequest(const TrayLaunchOptions &request)
 {
     if (!m_urlRouter)
         return;
+    if (request.resetOnboarding && m_appUIInstalled) {
+        OnboardingModel::reset();
+        m_navigator->showWelcome();
+        openPopover();
+    }
     for (const QString &link : request.links)
         m_urlRouter->route(link);
     if (request.togglePopup)
         togglePopover();
     if (request.newCountdown)
         startNewCountdown();
-    if (request.links.isEmpty() && !request.autostart && !request.togglePopup
-        && !request.newCountdown)
+    if (request.links.isEmpty() && !request.autostart && !request.resetOnboarding
+        && !request.togglePopup && !request.newCountdown)
         reopen();
 }
 
@@ -323,7 +414,13 @@ void AppDelegate::openPopover()
 void AppDelegate::openPopoverAt(const CountdownID &item)
 {
     openPopover();
-    Q_EMIT popoverItemRequested(item);
+    if (!m_appUIInstalled)
+        return;
+    // The notification's item becomes the list's current row, in whatever scope shows it.
+    m_navigator->showList();
+    if (m_listModel->rowOf(item) < 0)
+        m_listModel->setScope(CountdownListScope::all);
+    m_listModel->setCurrentRow(m_listModel->rowOf(item));
 }
 
 void AppDelegate::togglePopover()
@@ -337,12 +434,27 @@ void AppDelegate::togglePopover()
 
 void AppDelegate::startNewCountdown()
 {
-    // The quick-entry field has the focus whenever the popup opens.
+    if (m_appUIInstalled)
+        m_navigator->newCountdown();
     openPopover();
+}
+
+void AppDelegate::openSettings(const QString &page)
+{
+    if (!m_appUIInstalled) {
+        m_pendingSettingsPage = page;
+        return;
+    }
+    m_popoverController->close();
+    m_settingsWindow->open(page);
 }
 
 void AppDelegate::terminate()
 {
+    if (m_editor && m_editor->isActive())
+        m_editor->cancel();
+    if (m_settingsWindow)
+        m_settingsWindow->close();
     if (m_popoverController)
         m_popoverController->close();
     // Let go of the global keys before the display connection goes.

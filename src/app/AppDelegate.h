@@ -12,28 +12,38 @@
 #include <optional>
 
 class AppURLRouter;
+class AppearanceManager;
 class CelebrationCoordinator;
 class CelebrationOverlay;
 class CelebrationSettingsModel;
-class CountdownID;
 class CountdownEngine;
+class CountdownID;
 class CountdownListModel;
 class CountdownRegistry;
 class DefaultPathProvider;
+class EventEditorModel;
 class EventStore;
 class LocaleManager;
+class NoticeLog;
+class OnboardingModel;
 class PopoverController;
+class PopupNavigator;
 class QTimer;
 class QuickEntryController;
 class ReachNotificationScheduler;
 class RecurrenceCoordinator;
 class ReminderScheduler;
-class NoticeLog;
+class RowActions;
+class SettingsModel;
+class SettingsPageList;
+class SettingsStore;
+class SettingsWindowController;
 class ShortcutsPageModel;
 class ShortcutsService;
-class TableTranslator;
-class SettingsStore;
 class StatusItemController;
+class StatusItemHost;
+class TableTranslator;
+class TimeZoneListModel;
 class TimerTickScheduler;
 class WakeObserver;
 class XdgAutostart;
@@ -66,9 +76,11 @@ public:
     void openPopoverAt(const CountdownID &item);
     // The global shortcut and `tarrow --toggle-popup`: show the popup, or hide it when shown.
     void togglePopover();
-    // The global shortcut and `tarrow --new-countdown`: the popup with the quick-entry field
-    // focused, ready for a title.
+    // The global shortcut and `tarrow --new-countdown`: the popup on the editor of a new
+    // countdown.
     void startNewCountdown();
+    // The settings window, on `page` when given ("general", "panel", ...).
+    void openSettings(const QString &page = QString());
     // On quit: close the popup; the services go with the delegate.
     void terminate();
     // The reverse of installing the interface, for the arrival services: drops the coordinators
@@ -90,10 +102,9 @@ public:
     ShortcutsService *shortcutsService() const { return m_shortcutsService.get(); }
     // What the settings window's shortcuts page binds to.
     ShortcutsPageModel *shortcutsPageModel() const { return m_shortcutsPage.get(); }
-
-Q_SIGNALS:
-    // The popup should select `item` in its list (the popup answers once it can select rows).
-    void popoverItemRequested(const CountdownID &item);
+    PopupNavigator *popupNavigator() const { return m_navigator.get(); }
+    // Where features add their settings pages.
+    SettingsPageList *settingsPages() const { return m_settingsPages.get(); }
 
 private:
     void buildCore();
@@ -104,7 +115,8 @@ private:
     void installStatusItem();
     void installShortcuts();
     QList<StatusItemMenuEntry> menuEntries();
-    bool onboardingCompleted() const;
+    void installPopup();
+    void installSettingsWindow();
 
     TrayLaunchOptions m_options;
     QString m_dataDirectory;
@@ -122,7 +134,7 @@ private:
     std::unique_ptr<CountdownRegistry> m_countdownRegistry;
     std::unique_ptr<TimerTickScheduler> m_tickScheduler;
     std::unique_ptr<CountdownEngine> m_countdownEngine;
-    // Slot: appearanceManager (applies the theme setting to the palette).
+    std::unique_ptr<AppearanceManager> m_appearanceManager;
     std::unique_ptr<LocaleManager> m_localeManager;
     std::unique_ptr<WakeObserver> m_wakeObserver;
     // Slot: notificationAuthorization, calendarAuthorization.
@@ -139,10 +151,18 @@ private:
     std::unique_ptr<ReminderScheduler> m_reminderScheduler;
     std::unique_ptr<ShortcutsService> m_shortcutsService; // toggle popup, new countdown
     std::unique_ptr<ShortcutsPageModel> m_shortcutsPage;
-    std::unique_ptr<CountdownListModel> m_listModel;
-    std::unique_ptr<QuickEntryController> m_quickEntry;
-    std::unique_ptr<PopoverController> m_popoverController;
     std::unique_ptr<TableTranslator> m_translator;
+    std::unique_ptr<CountdownListModel> m_listModel;
+    std::unique_ptr<RowActions> m_rowActions;
+    std::unique_ptr<EventEditorModel> m_editor;
+    std::unique_ptr<TimeZoneListModel> m_timeZones;
+    std::unique_ptr<PopupNavigator> m_navigator;
+    std::unique_ptr<QuickEntryController> m_quickEntry;
+    std::unique_ptr<OnboardingModel> m_onboarding;
+    std::unique_ptr<SettingsModel> m_settingsModel;
+    std::unique_ptr<SettingsPageList> m_settingsPages;
+    std::unique_ptr<SettingsWindowController> m_settingsWindow;
+    std::unique_ptr<PopoverController> m_popoverController;
     std::unique_ptr<QTimer> m_rowTicker;
     std::unique_ptr<StatusItemHost> m_statusItemHost;
     std::unique_ptr<StatusItemController> m_statusItemController;
@@ -150,5 +170,7 @@ private:
 
     bool m_appUIInstalled = false;
     bool m_pendingPopoverReveal = false;
+    bool m_showWelcome = false;
+    std::optional<QString> m_pendingSettingsPage; // asked for before the interface was there
     std::optional<bool> m_loginLaunch;
 };

@@ -4,8 +4,9 @@
 
 Q_LOGGING_CATEGORY(lcAppURLRouter, "AppURLRouter")
 
-AppURLRouter::AppURLRouter(std::function<void()> openPopover)
+AppURLRouter::AppURLRouter(std::function<void()> openPopover, std::function<void()> openSettings)
     : m_openPopover(std::move(openPopover))
+    , m_openSettings(std::move(openSettings))
 {
 }
 
@@ -16,7 +17,10 @@ void AppURLRouter::route(const QString &link) const
         return;
     const QString scheme = url.scheme();
     if (!scheme.isEmpty() && scheme.toLower() == QLatin1String("tarrow")) {
-        m_openPopover();
+        if (m_openSettings && url.host().toLower() == QLatin1String("settings"))
+            m_openSettings();
+        else
+            m_openPopover();
         return;
     }
     qCCritical(lcAppURLRouter).noquote()

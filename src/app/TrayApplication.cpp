@@ -100,6 +100,8 @@ TrayLaunchOptions TrayLaunchOptions::parse(const QStringList &arguments)
             options.togglePopup = true;
         else if (argument == QLatin1String("--new-countdown"))
             options.newCountdown = true;
+        else if (argument == QLatin1String("--reset-onboarding"))
+            options.resetOnboarding = true;
         else if (argument.startsWith(QLatin1Char('-')))
             options.unknownOptions << argument;
         else

@@ -18,6 +18,7 @@ struct TrayLaunchOptions
     bool uiTest = false; // --ui-test: UI tests drive the popup themselves
     bool togglePopup = false; // --toggle-popup: show or hide the popup (a key bound by the user)
     bool newCountdown = false; // --new-countdown: start a new countdown
+    bool resetOnboarding = false; // --reset-onboarding: show the welcome page again
     QStringList links; // tarrow:// links (or anything else to hand to the URL router)
     QStringList unknownOptions;
 

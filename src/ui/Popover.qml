@@ -3,59 +3,67 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import QtQuick.Window
 
-// The popup: a header with the list's scopes, the list, and a footer with quick entry.
-// Layout and bindings only; the models do the work.
+// The popup: the list, the editor or the welcome page, as the navigator says. Layout, bindings
+// and forwarding only; the models do the work.
 Window {
     id: root
 
     required property QtObject controller
+    required property QtObject navigator
     required property var listModel
+    required property QtObject actions
+    required property QtObject editor
     required property QtObject quickEntry
+    required property var zones
+    required property QtObject onboarding
+    required property QtObject settings
+    required property QtObject appearance
 
-    width: 360
-    height: 480
+    width: Theme.popupWidth
+    height: Theme.popupHeight
     title: "Tarrow"
     color: palette.window
-
-    Shortcut {
-        sequences: [StandardKey.Cancel]
-        onActivated: root.controller.close()
+    PaletteBinding {
+        target: root
+        appearance: root.appearance
     }
 
-    ColumnLayout {
+    StackLayout {
+        id: pages
         anchors.fill: parent
-        anchors.margins: 8
-        spacing: 6
+        anchors.margins: 1 // inside the border
+        currentIndex: root.navigator.page === "editor" ? 1
+                    : root.navigator.page === "welcome" ? 2 : 0
 
-        TabBar {
-            id: scopes
-            objectName: "scopes"
-            Layout.fillWidth: true
-            TabButton { text: qsTrId("list.scope.all") }
+        ListPage {
+            navigator: root.navigator
+            listModel: root.listModel
+            actions: root.actions
+            quickEntry: root.quickEntry
+            appearance: root.appearance
+            focus: root.navigator.page === "list"
         }
+        EditorPage {
+            navigator: root.navigator
+            editor: root.editor
+            zones: root.zones
+            appearance: root.appearance
+            focus: root.navigator.page === "editor"
+        }
+        WelcomePage {
+            navigator: root.navigator
+            onboarding: root.onboarding
+            quickEntry: root.quickEntry
+            settings: root.settings
+            focus: root.navigator.page === "welcome"
+        }
+    }
 
-        ListView {
-            id: list
-            objectName: "countdownList"
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            clip: true
-            spacing: 2
-            model: root.listModel
-            delegate: CountdownRow {
-                width: ListView.view.width
-            }
-            Label {
-                anchors.centerIn: parent
-                visible: list.count === 0
-                text: qsTrId("list.empty")
-                opacity: 0.6
-            }
-        }
-
-        QuickEntryField {
-            Layout.fillWidth: true
-            entry: root.quickEntry
-        }
+    // The popup's edge: a hairline in the palette's mid role.
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.width: 1
+        border.color: root.palette.mid
     }
 }

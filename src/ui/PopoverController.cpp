@@ -39,6 +39,7 @@ bool PopoverController::ensureWindow()
         return true;
     m_engine = std::make_unique<QQmlApplicationEngine>();
     m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
+    installImageProviders(*m_engine, m_imageProviders);
     m_engine->setInitialProperties(m_sceneProperties);
     m_engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Tarrow/Ui/Popover.qml")));
     const auto roots = m_engine->rootObjects();

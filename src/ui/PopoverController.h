@@ -1,6 +1,8 @@
 #pragma once
 
+#include "ui/SceneImageProvider.h"
 #include <QElapsedTimer>
+
 #include <QLoggingCategory>
 #include <QObject>
 #include <QPointer>
@@ -33,6 +35,11 @@ public:
     ~PopoverController() override;
 
     bool isShown() const { return m_shown; }
+    // Image providers the scene is built with, besides the item symbols.
+    void setImageProviders(QList<SceneImageProvider> providers)
+    {
+        m_imageProviders = std::move(providers);
+    }
 
     // Opens beside `anchor` (global coordinates: the item's geometry or the click point). Without
     // one, the last anchor seen is used, else the end of the panel found from the screen's work
@@ -64,6 +71,7 @@ private:
     void releaseScene();
 
     QVariantMap m_sceneProperties;
+    QList<SceneImageProvider> m_imageProviders;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QPointer<QQuickWindow> m_window;
     std::optional<QRect> m_lastAnchor;

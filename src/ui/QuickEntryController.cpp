@@ -1,24 +1,29 @@
 #include "ui/QuickEntryController.h"
 
-#include "records/Event.h"
 #include "records/TimeZones.h"
 #include "storage/EventStore.h"
+#include "storage/SettingsStore.h"
 #include "time/Clock.h"
+#include "ui/CountdownRowView.h"
+#include "ui/NewCountdown.h"
 
-#include <QFutureWatcher>
 #include <QLocale>
 #include <QTimeZone>
-#include <QtConcurrent/QtConcurrentRun>
 
 Q_LOGGING_CATEGORY(lcQuickEntry, "QuickEntry")
 
-QuickEntryController::QuickEntryController(EventStore &store, const Clock &clock,
-                                           Suggester suggester, QObject *parent)
+QuickEntryController::QuickEntryController(EventStore &store, const SettingsStore &settings,
+                                           const Clock &clock, DateSuggester::Parser parser,
+                                           QObject *parent)
     : QObject(parent)
     , m_store(store)
+    , m_settings(settings)
     , m_clock(clock)
-    , m_suggester(std::move(suggester))
+    , m_suggester(clock, std::move(parser))
 {
+    connect(&m_suggester, &DateSuggester::suggestionChanged, this,
+            &QuickEntryController::suggestionChanged);
+    connect(&m_suggester, &DateSuggester::settled, this, &QuickEntryController::suggestionSettled);
 }
 
 void QuickEntryController::setText(const QString &text)
@@ -27,56 +32,37 @@ void QuickEntryController::setText(const QString &text)
         return;
     m_text = text;
     Q_EMIT textChanged();
-
-    const quint64 generation = ++m_generation;
-    if (text.trimmed().isEmpty()) {
-        applySuggestion(generation, std::nullopt);
-        return;
-    }
-    // Answers may come back out of order; only the one for the newest text is applied. The
-    // watcher belongs to this controller, so an answer that arrives after the controller is gone
-    // is dropped (QFuture::then with a context object asserts in that case in Qt 6.4).
-    using Watcher = QFutureWatcher<std::optional<NaturalDateMatch>>;
-    auto *watcher = new Watcher(this);
-    connect(watcher, &Watcher::finished, this, [this, watcher, generation] {
-        applySuggestion(generation, watcher->result());
-        watcher->deleteLater();
-    });
-    watcher->setFuture(QtConcurrent::run(
-        [suggester = m_suggester, text, now = m_clock.now()] { return suggester(text, now); }));
+    setErrorText(QString());
+    m_suggester.setText(text);
 }
 
-void QuickEntryController::applySuggestion(quint64 generation,
-                                           const std::optional<NaturalDateMatch> &suggestion)
+QString QuickEntryController::suggestedTitle() const
 {
-    if (generation != m_generation)
-        return;
-    setSuggestion(suggestion);
-    m_settledGeneration = generation;
-    Q_EMIT suggestionSettled();
+    const auto &suggestion = m_suggester.suggestion();
+    return suggestion ? suggestion->cleanedTitle : QString();
+}
+
+QDateTime QuickEntryController::suggestedDate() const
+{
+    const auto &suggestion = m_suggester.suggestion();
+    return suggestion ? suggestion->date : QDateTime();
+}
+
+bool QuickEntryController::suggestionIncludesTime() const
+{
+    const auto &suggestion = m_suggester.suggestion();
+    return suggestion && suggestion->includeTime;
 }
 
 QString QuickEntryController::suggestionText() const
 {
-    if (!m_suggestion)
+    const auto &suggestion = m_suggester.suggestion();
+    if (!suggestion)
         return QString();
-    const QLocale locale;
-    const QTimeZone zone = QTimeZone::systemTimeZone();
-    const QDateTime when = m_suggestion->date.toTimeZone(zone);
-    const bool thisYear = when.date().year() == m_clock.now().toTimeZone(zone).date().year();
-    QString text = locale.toString(when.date(), thisYear ? u"ddd d MMM" : u"ddd d MMM yyyy");
-    if (m_suggestion->includeTime)
-        text += u", " + locale.toString(when.time(), QLocale::ShortFormat);
-    const QString title = m_suggestion->cleanedTitle.trimmed();
-    return title.isEmpty() ? text : title + u" — " + text;
-}
-
-void QuickEntryController::setSuggestion(const std::optional<NaturalDateMatch> &suggestion)
-{
-    if (m_suggestion == suggestion)
-        return;
-    m_suggestion = suggestion;
-    Q_EMIT suggestionChanged();
+    const QString when = rowDateText(suggestion->date, suggestion->includeTime,
+                                     QTimeZone::systemTimeZone(), m_clock.now(), QLocale());
+    const QString title = suggestion->cleanedTitle.trimmed();
+    return title.isEmpty() ? when : title + u" — " + when;
 }
 
 bool QuickEntryController::submit()
@@ -85,12 +71,11 @@ bool QuickEntryController::submit()
     if (typed.isEmpty())
         return false;
     const QDateTime now = m_clock.now();
-    // The field may be submitted before the worker answered for the latest keystroke.
-    const std::optional<NaturalDateMatch> suggestion =
-        m_settledGeneration == m_generation ? m_suggestion : m_suggester(typed, now);
+    // The field may be submitted before the pause in typing ran out.
+    const std::optional<NaturalDateMatch> suggestion = m_suggester.suggestionNow();
 
     const QTimeZone zone = QTimeZone::systemTimeZone();
-    Event event = Event::created(typed, now, zone);
+    Event event = newCountdown(typed, now, zone, m_settings.settings());
     if (suggestion) {
         if (!suggestion->cleanedTitle.trimmed().isEmpty())
             event.title = suggestion->cleanedTitle.trimmed();
@@ -104,8 +89,18 @@ bool QuickEntryController::submit()
     if (!m_store.addEvent(event, &error)) {
         qCWarning(lcQuickEntry).noquote()
             << QStringLiteral("Failed to add a countdown: %1").arg(error.description);
+        setErrorText(error.description);
         return false;
     }
     setText(QString());
+    Q_EMIT added(event.id);
     return true;
+}
+
+void QuickEntryController::setErrorText(const QString &text)
+{
+    if (m_errorText == text)
+        return;
+    m_errorText = text;
+    Q_EMIT errorTextChanged();
 }

@@ -33,7 +33,7 @@ private Q_SLOTS:
     {
         QTemporaryDir world;
         TarrowProcess first(world);
-        first.start();
+        first.start({u"--autostart"_s}); // a login launch: no popup of its own
         QVERIFY(first.waitForLog(u"Listening on"_s));
         QVERIFY(forward(world, u"--toggle-popup"_s));
         QVERIFY(first.waitForLog(u"Opened the popup"_s));

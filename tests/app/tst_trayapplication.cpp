@@ -63,12 +63,14 @@ private Q_SLOTS:
 
         QTest::newRow("After onboarding a user launch opens the popup")
             << true << QStringList() << true;
-        QTest::newRow("Before onboarding the popup stays closed")
-            << false << QStringList() << false;
+        QTest::newRow("Before onboarding the popup opens on the welcome page")
+            << false << QStringList() << true;
         QTest::newRow("A login launch stays in the panel")
             << true << QStringList {u"--autostart"_s} << false;
-        QTest::newRow("A link given at launch opens the popup even before onboarding")
-            << false << QStringList {u"tarrow://"_s} << true;
+        QTest::newRow("A login launch before onboarding stays in the panel too")
+            << false << QStringList {u"--autostart"_s} << false;
+        QTest::newRow("A link given at launch opens the popup")
+            << true << QStringList {u"--autostart"_s, u"tarrow://"_s} << true;
     }
 
     void popupAtLaunch()
@@ -86,6 +88,31 @@ private Q_SLOTS:
         QVERIFY(tarrow.waitForLog(u"Built the core"_s));
         QVERIFY(opens ? tarrow.waitForLog(u"Opened the popup"_s)
                       : tarrow.staysWithout(u"Opened the popup"_s, 700));
+        // Before onboarding the popup shows the welcome page, whenever it first opens.
+        QCOMPARE(tarrow.log().contains(u"Showing the welcome page"_s), !onboarded);
+    }
+
+    // Support brings the welcome page back: at launch, or asked of the running Tarrow; and
+    // tarrow://settings opens the settings window.
+    void resetOnboardingAndSettingsLink()
+    {
+        QTemporaryDir world;
+        QSettings(world.filePath(u"config/tarrow/tarrow.conf"_s), QSettings::IniFormat)
+            .setValue(u"tarrow.onboarding.completed"_s, true);
+        TarrowProcess tarrow(world);
+        tarrow.start({u"--autostart"_s});
+        QVERIFY(tarrow.waitForLog(u"Built the core"_s));
+        TarrowProcess second(world);
+        second.start({u"--reset-onboarding"_s});
+        QVERIFY(second.process().waitForFinished(10000));
+        QVERIFY(tarrow.waitForLog(u"Showing the welcome page"_s));
+        QVERIFY(tarrow.waitForLog(u"Opened the popup"_s));
+        QVERIFY(!QSettings(world.filePath(u"config/tarrow/tarrow.conf"_s), QSettings::IniFormat)
+                     .contains(u"tarrow.onboarding.completed"_s));
+        TarrowProcess third(world);
+        third.start({u"tarrow://settings"_s});
+        QVERIFY(third.process().waitForFinished(10000));
+        QVERIFY(tarrow.waitForLog(u"Opened the settings window"_s));
     }
 
     void routesByScheme_data()
@@ -96,6 +123,8 @@ private Q_SLOTS:
 
         QTest::newRow("A tarrow:// link with host, path and query opens the popup")
             << u"tarrow://add/new?title=Dentist&date=2026-06-01"_s << true << QString();
+        QTest::newRow("tarrow://settings opens the settings window")
+            << u"tarrow://settings"_s << false << QString();
         QTest::newRow("A scheme in mixed case opens the popup")
             << u"TaRRow://open"_s << true << QString();
         QTest::newRow("A mailto link is ignored and logged with its scheme")
@@ -117,8 +146,10 @@ private Q_SLOTS:
                 QtCriticalMsg,
                 qPrintable(u"Ignored a link Tarrow does not own: "_s + loggedScheme));
         int opened = 0;
-        AppURLRouter([&opened] { ++opened; }).route(link);
+        int settings = 0;
+        AppURLRouter([&opened] { ++opened; }, [&settings] { ++settings; }).route(link);
         QCOMPARE(opened, opensPopover ? 1 : 0);
+        QCOMPARE(settings, link.contains(u"//settings"_s) ? 1 : 0);
     }
 };
 

@@ -24,7 +24,8 @@ public:
         env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         env.insert(QStringLiteral("QT_LOGGING_RULES"),
                    QStringLiteral("SingleInstance.debug=true;PopoverController.debug=true;"
-                                  "AppDelegate.debug=true"));
+                                  "AppDelegate.debug=true;PopupNavigator.debug=true;"
+                                  "SettingsWindow.debug=true"));
         env.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
         m_process.setProcessEnvironment(env);
     }

@@ -29,6 +29,9 @@ struct EventPatch
     Clearable<EventColor> color;
     std::optional<bool> milestonesEnabled;
 
+    // The patch that turns `before` into `after`: exactly the fields in which they differ.
+    static EventPatch between(const Event &before, const Event &after);
+
     bool isEmpty() const { return *this == EventPatch(); }
     // Copies the present fields into the event and nothing else: no field is cleared or stamped
     // as a side effect; schemaVersion, id and createdAt never change.

@@ -111,6 +111,8 @@ std::optional<Settings> Settings::fromJson(const JsonValue &value, QString *erro
     s.celebrationAutoDismissSeconds = clampedAutoDismissSeconds(
         reader.optionalInt64("celebrationAutoDismissSeconds"_L1).value_or(8));
     s.appVersion = reader.optionalString("appVersion"_L1).value_or(s.appVersion);
+    s.newCountdownNotifies = reader.optionalBoolean("newCountdownNotifies"_L1).value_or(true);
+    s.newCountdownCelebrates = reader.optionalBoolean("newCountdownCelebrates"_L1).value_or(false);
     if (!reader.ok())
         return std::nullopt;
     return s;
@@ -132,6 +134,8 @@ void Settings::toJson(JsonWriter &writer) const
         writer.key("menubarShowsRemaining"_L1).boolean(*legacyMenubarShowsRemaining);
     writer.key("menubarStyle"_L1).string(rawValue(menubarStyle));
     writer.key("menubarTitleLength"_L1).integer(menubarTitleLength);
+    writer.key("newCountdownCelebrates"_L1).boolean(newCountdownCelebrates);
+    writer.key("newCountdownNotifies"_L1).boolean(newCountdownNotifies);
     writer.key("pastSectionExpanded"_L1).boolean(pastSectionExpanded);
     writer.key("schemaVersion"_L1).integer(schemaVersion);
     writer.key("shortcutOverrides"_L1).beginObject();

@@ -61,6 +61,9 @@ struct Settings
     // Seconds a celebration stays before it closes by itself; 0 keeps it until dismissed.
     qint64 celebrationAutoDismissSeconds = 8;
     QString appVersion = QStringLiteral(TARROW_VERSION);
+    // What a new countdown asks for when it arrives (each countdown keeps its own switches).
+    bool newCountdownNotifies = true;
+    bool newCountdownCelebrates = false;
 
     static qint64 clampedTitleLength(qint64 length);
     static constexpr qint64 MaxAutoDismissSeconds = 600;

@@ -27,15 +27,13 @@ const QStringList &bundledNames()
     return names;
 }
 
-// Parsed SVGs are kept for the life of the process; there are only a couple of dozen.
-QSvgRenderer &rendererFor(const QString &name)
+// Parsed SVGs are kept for the life of the process; there are only a few dozen.
+QSvgRenderer &rendererFor(const QString &path)
 {
     static QHash<QString, std::shared_ptr<QSvgRenderer>> cache;
-    std::shared_ptr<QSvgRenderer> &renderer = cache[name];
-    if (!renderer) {
-        renderer =
-            std::make_shared<QSvgRenderer>(QStringLiteral(":/tarrow/symbols/%1.svg").arg(name));
-    }
+    std::shared_ptr<QSvgRenderer> &renderer = cache[path];
+    if (!renderer)
+        renderer = std::make_shared<QSvgRenderer>(path);
     return *renderer;
 }
 
@@ -61,12 +59,19 @@ QString IconSet::resolvedName(const QString &name)
 QImage IconSet::render(const QString &name, const QSizeF &logicalSize, qreal devicePixelRatio,
                        const QColor &color)
 {
+    return renderFile(QStringLiteral(":/tarrow/symbols/%1.svg").arg(resolvedName(name)),
+                      logicalSize, devicePixelRatio, color);
+}
+
+QImage IconSet::renderFile(const QString &path, const QSizeF &logicalSize, qreal devicePixelRatio,
+                           const QColor &color)
+{
     const QSize pixels = (logicalSize * devicePixelRatio).toSize();
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    rendererFor(resolvedName(name)).render(&painter, QRectF(QPointF(0, 0), QSizeF(pixels)));
+    rendererFor(path).render(&painter, QRectF(QPointF(0, 0), QSizeF(pixels)));
     // The files are drawn in black; keep their shape and paint it in the wanted colour.
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);

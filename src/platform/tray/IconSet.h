@@ -22,4 +22,7 @@ public:
     // Unknown names draw the fallback. The image carries the device pixel ratio.
     static QImage render(const QString &name, const QSizeF &logicalSize, qreal devicePixelRatio,
                          const QColor &color);
+    // The same for any SVG file (a resource path such as ":/tarrow/glyphs/plus.svg").
+    static QImage renderFile(const QString &path, const QSizeF &logicalSize, qreal devicePixelRatio,
+                             const QColor &color);
 };

@@ -11,7 +11,7 @@ scenario=$1 tarrow=$2 grab=$3 source_dir=$4 out=$5
 if [[ "${1:-}" != --inner ]]; then
     needed=(Xvfb dbus-run-session dbus-update-activation-environment gdbus)
     case $scenario in
-        panel) needed+=(xfce4-panel xdg-open) ;;
+        panel) needed+=(xfce4-panel xdg-open xdotool jq) ;;
         classic-tray) needed+=(trayer xfce4-panel xwininfo) ;;
         *) echo "run-e2e.sh: unknown scenario $scenario" >&2; exit 2 ;;
     esac

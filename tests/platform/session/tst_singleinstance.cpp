@@ -17,7 +17,7 @@ private Q_SLOTS:
     {
         QTemporaryDir world;
         TarrowProcess first(world);
-        first.start();
+        first.start({u"--autostart"_s}); // so that it does not open the welcome page by itself
         QVERIFY(first.waitForLog(u"Listening on"_s));
         for (const auto &[arguments, received, opens] :
              {std::tuple {QStringList {u"--autostart"_s}, u"/data --autostart]"_s, false},

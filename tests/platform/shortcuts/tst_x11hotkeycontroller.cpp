@@ -145,7 +145,7 @@ private Q_SLOTS:
         QProcessEnvironment env = tarrow.process().processEnvironment();
         env.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
         tarrow.process().setProcessEnvironment(env);
-        tarrow.start();
+        tarrow.start({u"--autostart"_s}); // a login launch: no popup of its own
         QVERIFY(tarrow.waitForLog(u"Global shortcuts through x11"_s));
         QVERIFY(tarrow.staysWithout(u"Opened the popup"_s, 300));
         QVERIFY(type(u"ctrl+super+t"_s));
