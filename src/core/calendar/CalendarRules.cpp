@@ -1,5 +1,7 @@
 #include "calendar/CalendarRules.h"
 
+#include <algorithm>
+
 CalendarAccountKind accountKind(const CalendarAccountFacts &facts)
 {
     if (facts.isBirthdayCalendar)
@@ -54,4 +56,20 @@ CalendarParticipation participation(const QList<AttendeeFacts> &attendees)
 QString seriesIdentifier(const QString &externalID, const QString &localID)
 {
     return externalID.isEmpty() ? localID : externalID;
+}
+
+QList<CalendarAccountGroup> groupByAccount(const QList<CalendarInfo> &calendars)
+{
+    QList<CalendarAccountGroup> groups;
+    for (const CalendarInfo &calendar : calendars) {
+        auto group = std::find_if(groups.begin(), groups.end(), [&](const auto &candidate) {
+            return candidate.id == calendar.accountID;
+        });
+        if (group == groups.end()) {
+            groups.append({calendar.accountID, calendar.accountTitle, calendar.accountKind, {}});
+            group = groups.end() - 1;
+        }
+        group->calendars.append(calendar);
+    }
+    return groups;
 }

@@ -41,3 +41,6 @@ CalendarParticipation participation(const QList<AttendeeFacts> &attendees);
 
 // A provider's reading of an event's series: its external identifier, else its local one.
 QString seriesIdentifier(const QString &externalID, const QString &localID);
+
+// Calendars grouped by account (`accountID`), groups and calendars in the order they come.
+QList<CalendarAccountGroup> groupByAccount(const QList<CalendarInfo> &calendars);
