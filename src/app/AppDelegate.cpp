@@ -1,11 +1,13 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppURLRouter.h"
+#include "calendar/CalendarStore.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TimerTickScheduler.h"
 #include "l10n/LocaleManager.h"
 #include "parse/NaturalDateParser.h"
+#include "platform/calendars/CalendarBackends.h"
 #include "platform/session/LoginLaunch.h"
 #include "platform/session/XdgAutostart.h"
 #include "platform/tray/AutoStatusItemHost.h"
@@ -15,6 +17,7 @@
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
 #include "storage/StartupMigrations.h"
+#include "ui/CalendarSettingsModel.h"
 #include "ui/CountdownListModel.h"
 #include "ui/CountdownRowTime.h"
 #include "ui/PopoverController.h"
@@ -96,7 +99,7 @@ void AppDelegate::installInterface()
 {
     if (m_appUIInstalled)
         return;
-    // Slot: calendarStore, attached to the registry as its calendar source.
+    installCalendars();
     // Slot: celebrationCoordinator with its ReachNotificationScheduler.
     // Slot: recurrenceCoordinator.
     // Slot: widgetSurface, reminderSurface.
@@ -116,7 +119,8 @@ void AppDelegate::installInterface()
         });
     m_popoverController = std::make_unique<PopoverController>(
         QVariantMap {{QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
-                     {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())}});
+                     {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())},
+         {QStringLiteral("calendarSettings"), QVariant::fromValue(m_calendarSettings.get())}});
     // The popup's texts and date formats follow the interface language, live.
     m_translator = std::make_unique<TableTranslator>(*m_localeManager);
     QCoreApplication::installTranslator(m_translator.get());
@@ -132,6 +136,7 @@ void AppDelegate::installInterface()
             &CountdownListModel::refreshTimes);
     connect(m_popoverController.get(), &PopoverController::shownChanged, this, [this] {
         if (m_popoverController->isShown()) {
+            m_calendarStore->refresh(); // what the user looks at is read again, fetched if due
             m_listModel->refreshTimes();
             m_rowTicker->start();
         } else {
@@ -145,6 +150,20 @@ void AppDelegate::installInterface()
         m_pendingPopoverReveal = false;
         openPopover();
     }
+}
+
+void AppDelegate::installCalendars()
+{
+    m_calendarBackends = std::make_unique<CalendarBackends>(*m_paths, m_files, m_clock,
+                                                            m_localeManager->table());
+    m_calendarBackends->subscriptions().watchFile(); // `tarrow calendars add` while we run
+    m_calendarStore = std::make_unique<CalendarStore>(
+        m_calendarBackends->providers(), *m_settingsStore, *m_eventStore,
+        &m_calendarBackends->subscriptions(), m_clock);
+    m_countdownRegistry->attachCalendarSource(m_calendarStore.get());
+    // Wiring: wakeObserver's wake signal -> m_calendarStore->refresh() (feeds fetched when due).
+    m_calendarSettings = std::make_unique<CalendarSettingsModel>(
+        *m_calendarBackends, *m_calendarStore, *m_settingsStore, *m_localeManager);
 }
 
 void AppDelegate::installStatusItem()

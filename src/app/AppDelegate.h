@@ -11,6 +11,9 @@
 #include <optional>
 
 class AppURLRouter;
+class CalendarBackends;
+class CalendarSettingsModel;
+class CalendarStore;
 class CountdownEngine;
 class CountdownListModel;
 class CountdownRegistry;
@@ -64,11 +67,13 @@ public:
     bool hasPendingPopoverReveal() const { return m_pendingPopoverReveal; }
     EventStore *eventStore() const { return m_eventStore.get(); }
     PopoverController *popoverController() const { return m_popoverController.get(); }
+    CalendarStore *calendarStore() const { return m_calendarStore.get(); }
 
 private:
     void buildCore();
     void installInterface();
     void installStatusItem();
+    void installCalendars();
     bool onboardingCompleted() const;
 
     TrayLaunchOptions m_options;
@@ -93,7 +98,11 @@ private:
     // Slot: notificationAuthorization, calendarAuthorization.
 
     // The menu-bar interface, in the order it is installed.
-    // Slot: calendarStore (then m_countdownRegistry->attachCalendarSource(calendarStore)).
+    // The calendar providers (added files and feeds, backend plugins) and the store that reads
+    // them, attached to the registry as its calendar source.
+    std::unique_ptr<CalendarBackends> m_calendarBackends;
+    std::unique_ptr<CalendarStore> m_calendarStore;
+    std::unique_ptr<CalendarSettingsModel> m_calendarSettings;
     // Slot: celebrationCoordinator with its ReachNotificationScheduler.
     // Slot: recurrenceCoordinator.
     // Slot: widgetSurface, reminderSurface.

@@ -40,6 +40,8 @@ public:
     // Brings the backend's copy up to date where that is due (subscriptions past their refresh
     // interval are fetched again). `changed` follows when anything new arrived.
     virtual void refresh() { }
+    // Still loading or fetching (a front end that runs once waits for it).
+    virtual bool isBusy() const { return false; }
 
 Q_SIGNALS:
     // The backend's calendars or events changed: read again.

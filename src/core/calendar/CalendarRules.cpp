@@ -73,3 +73,24 @@ QList<CalendarAccountGroup> groupByAccount(const QList<CalendarInfo> &calendars)
     }
     return groups;
 }
+
+QString accountKindRawValue(CalendarAccountKind kind)
+{
+    switch (kind) {
+    case CalendarAccountKind::iCloud:
+        return QStringLiteral("iCloud");
+    case CalendarAccountKind::google:
+        return QStringLiteral("google");
+    case CalendarAccountKind::exchange:
+        return QStringLiteral("exchange");
+    case CalendarAccountKind::subscribed:
+        return QStringLiteral("subscribed");
+    case CalendarAccountKind::birthdays:
+        return QStringLiteral("birthdays");
+    case CalendarAccountKind::onThisMac:
+        return QStringLiteral("onThisMac");
+    case CalendarAccountKind::other:
+        break;
+    }
+    return QStringLiteral("other");
+}

@@ -93,6 +93,14 @@ QList<CalendarAccountGroup> CalendarStore::accountGroups() const
     return groups;
 }
 
+bool CalendarStore::isSettled() const
+{
+    if (m_reading || hasPendingRead())
+        return false;
+    return std::none_of(m_providers.cbegin(), m_providers.cend(),
+                        [](const auto &provider) { return provider && provider->isBusy(); });
+}
+
 void CalendarStore::refresh()
 {
     for (const auto &provider : std::as_const(m_providers)) {

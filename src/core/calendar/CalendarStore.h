@@ -43,6 +43,10 @@ public:
     QList<CalendarInfo> calendars() const;
     QList<CalendarAccountGroup> accountGroups() const;
     bool isReading() const { return m_reading; }
+    // A read is asked for and has not started yet.
+    bool hasPendingRead() const { return m_coalesce.isActive() || m_readAgain; }
+    // No provider is busy and no read is under way or asked for.
+    bool isSettled() const;
     // Reads done since the store was built (for callers that wait for the first one).
     int completedReads() const { return m_completedReads; }
 

@@ -1,7 +1,7 @@
 #include "platform/calendars/IcsCalendar.h"
 
 #include "calendar/CalendarRules.h"
-#include "calendar/MeetingLinks.h"
+#include "platform/calendars/IcsEventDetails.h"
 
 #include <QColor>
 #include <QCryptographicHash>
@@ -23,12 +23,6 @@ constexpr int maxRuleSteps = 200'000;
 QString text(const char *utf8)
 {
     return utf8 ? QString::fromUtf8(utf8) : QString();
-}
-
-std::optional<QString> optionalText(const char *utf8)
-{
-    const QString value = text(utf8).trimmed();
-    return value.isEmpty() ? std::nullopt : std::optional(value);
 }
 
 const char *tzidOf(icalproperty *property)
@@ -223,10 +217,13 @@ void IcsCalendar::Expansion::addInstances(icalcomponent *master, const Moment &s
         if (!iterator)
             continue;
         // Without COUNT the iterator can start near the window instead of at DTSTART.
-        if (recurrence.count == 0 && start.zone.kind == Zone::Kind::ical && !dtstart.is_date
+        icaltimezone *stepZone = start.zone.kind == Zone::Kind::ical ? start.zone.ical
+            : start.zone.kind == Zone::Kind::utc                     ? icaltimezone_get_utc_timezone()
+                                                                     : nullptr;
+        if (recurrence.count == 0 && stepZone && !dtstart.is_date
             && msecs(start) < earliest - 86'400'000) {
             const icaltimetype jump = icaltime_from_timet_with_zone(
-                time_t((earliest - 86'400'000) / 1000), 0, start.zone.ical);
+                time_t((earliest - 86'400'000) / 1000), 0, stepZone);
             icalrecur_iterator_set_start(iterator, jump);
         }
         for (int step = 0; step < maxRuleSteps; ++step) {
@@ -334,12 +331,6 @@ void IcsCalendar::Expansion::emitOccurrence(const Series &series, icalcomponent 
                                             qint64 durationMSecs, const Moment &scheduled,
                                             bool recurring, QList<ProviderOccurrence> &out)
 {
-    // A property the override leaves out is the series' own.
-    const auto property = [&](icalproperty_kind kind) {
-        icalproperty *found = icalcomponent_get_first_property(event, kind);
-        return found || event == master ? found : icalcomponent_get_first_property(master, kind);
-    };
-
     ProviderOccurrence occurrence;
     occurrence.ref.series = {m_context.calendarID, series.id};
     occurrence.ref.occurrenceDate = QDateTime::fromMSecsSinceEpoch(msecs(scheduled), Qt::UTC);
@@ -354,74 +345,7 @@ void IcsCalendar::Expansion::emitOccurrence(const Series &series, icalcomponent 
     occurrence.tint = m_context.tint;
     occurrence.isRecurring = recurring;
 
-    if (icalproperty *summary = property(ICAL_SUMMARY_PROPERTY))
-        occurrence.title = text(icalproperty_get_summary(summary)).trimmed();
-    QString notes;
-    if (icalproperty *description = property(ICAL_DESCRIPTION_PROPERTY))
-        notes = text(icalproperty_get_description(description));
-    if (icalproperty *location = property(ICAL_LOCATION_PROPERTY))
-        occurrence.location = optionalText(icalproperty_get_location(location));
-    if (icalproperty *url = property(ICAL_URL_PROPERTY)) {
-        const QUrl link(text(icalproperty_get_url(url)).trimmed());
-        if (link.isValid() && !link.isEmpty())
-            occurrence.externalURL = link;
-    }
-    occurrence.meetingURL = MeetingLinks::findMeetingLink(
-        occurrence.externalURL, occurrence.location.value_or(QString()), notes);
-    if (icalproperty *created = property(ICAL_CREATED_PROPERTY)) {
-        const icaltimetype time = icalproperty_get_created(created);
-        if (!icaltime_is_null_time(time))
-            occurrence.createdAt = QDateTime::fromMSecsSinceEpoch(
-                msecs(moment(created, time)), Qt::UTC);
-    }
-    if (icalproperty *status = property(ICAL_STATUS_PROPERTY))
-        occurrence.isCancelled = icalproperty_get_status(status) == ICAL_STATUS_CANCELLED;
-
-    if (!m_context.userAddresses.isEmpty()) {
-        QList<AttendeeFacts> attendees;
-        icalcomponent *withAttendees =
-            icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY) ? event : master;
-        for (icalproperty *attendee =
-                 icalcomponent_get_first_property(withAttendees, ICAL_ATTENDEE_PROPERTY);
-             attendee;
-             attendee = icalcomponent_get_next_property(withAttendees, ICAL_ATTENDEE_PROPERTY)) {
-            QString address = text(icalproperty_get_attendee(attendee)).trimmed().toLower();
-            if (address.startsWith(u"mailto:"))
-                address = address.mid(7);
-            AttendeeFacts facts;
-            facts.isCurrentUser = m_context.userAddresses.contains(address);
-            icalparameter *partstat =
-                icalproperty_get_first_parameter(attendee, ICAL_PARTSTAT_PARAMETER);
-            switch (partstat ? icalparameter_get_partstat(partstat) : ICAL_PARTSTAT_NEEDSACTION) {
-            case ICAL_PARTSTAT_NEEDSACTION:
-                facts.status = AttendeeStatus::pending;
-                break;
-            case ICAL_PARTSTAT_ACCEPTED:
-                facts.status = AttendeeStatus::accepted;
-                break;
-            case ICAL_PARTSTAT_DECLINED:
-                facts.status = AttendeeStatus::declined;
-                break;
-            case ICAL_PARTSTAT_TENTATIVE:
-                facts.status = AttendeeStatus::tentative;
-                break;
-            case ICAL_PARTSTAT_DELEGATED:
-                facts.status = AttendeeStatus::delegated;
-                break;
-            case ICAL_PARTSTAT_COMPLETED:
-                facts.status = AttendeeStatus::completed;
-                break;
-            case ICAL_PARTSTAT_INPROCESS:
-                facts.status = AttendeeStatus::inProcess;
-                break;
-            default:
-                facts.status = AttendeeStatus::unknown;
-                break;
-            }
-            attendees.append(facts);
-        }
-        occurrence.participation = participation(attendees);
-    }
+    readEventDetails(event, master, m_context.userAddresses, occurrence);
     out.append(std::move(occurrence));
 }
 

@@ -59,7 +59,7 @@ public:
     // Whether a copy of the calendar has been read (the feed was fetched once, the file read).
     bool hasCopy(const QUuid &id) const;
     // Fetches or reads under way.
-    bool isBusy() const { return m_busy > 0; }
+    bool isBusy() const override { return m_busy > 0; }
 
 Q_SIGNALS:
     void statusChanged(const QUuid &id);

@@ -117,6 +117,13 @@ void SubscriptionFetcher::start(const QUrl &url, const QString &etag, const QStr
                     result.body = reply->readAll();
                     result.etag = QString::fromUtf8(reply->rawHeader("ETag"));
                     result.lastModified = QString::fromUtf8(reply->rawHeader("Last-Modified"));
+                } else if (const QUrl target =
+                               QUrl(QString::fromUtf8(reply->rawHeader("Location")));
+                           status >= 300 && status < 400 && !target.isEmpty()) {
+                    // Redirects to the web are followed; what is left went elsewhere (or in
+                    // circles).
+                    result.problem = SubscriptionProblem::redirectRefused;
+                    result.detail = reply->url().resolved(target).toDisplayString();
                 } else if (status >= 300) {
                     result.problem = SubscriptionProblem::httpStatus;
                     result.detail = QString::number(status);

@@ -1,5 +1,6 @@
 #include "platform/calendars/SubscriptionStatus.h"
 
+#include "l10n/LanguageTable.h"
 #include "json/JsonObjectReader.h"
 #include "json/JsonWriter.h"
 
@@ -105,4 +106,12 @@ QByteArray SubscriptionStatus::toJson() const
     writer.key("problem"_L1).string(problemRawValue(problem));
     writer.endObject();
     return writer.finish();
+}
+
+QString problemMessage(const SubscriptionStatus &status, const LanguageTable &texts)
+{
+    const QString key = problemTextKey(status.problem);
+    if (key.isEmpty())
+        return QString();
+    return texts.format(key, {status.detail});
 }

@@ -40,3 +40,7 @@ struct SubscriptionStatus
     QByteArray toJson() const;
     bool operator==(const SubscriptionStatus &) const = default;
 };
+
+class LanguageTable;
+// The problem as the user reads it, in the table's language; empty when there is none.
+QString problemMessage(const SubscriptionStatus &status, const LanguageTable &texts);
