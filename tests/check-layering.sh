@@ -17,6 +17,7 @@ rank_of() {
         core/calendar) echo 50 ;;
         core/countdown) echo 60 ;;
         core/arrival) echo 70 ;;
+        platform/calendars/eds) echo 110 ;; # a plugin over the calendars library
         platform/*) echo 100 ;;
         cli | ui) echo 200 ;;
         app) echo 300 ;;

@@ -78,8 +78,9 @@ void CalendarBackends::loadPlugins()
             if (loaded.contains(id) || (!wanted.isEmpty() && !wanted.contains(id)))
                 continue;
             loaded.append(id);
-            if (std::unique_ptr<CalendarProvider> provider = plugin->createProvider())
-                m_plugins.emplace_back(id, std::move(provider));
+            if (std::unique_ptr<CalendarBackend> backend = plugin->createBackend())
+                m_plugins.emplace_back(id,
+                                       std::make_unique<PluginCalendarProvider>(std::move(backend)));
             m_loaders.push_back(std::move(loader));
         }
     }

@@ -39,27 +39,6 @@ void quietLibical()
     std::call_once(once, [] { icalerror_set_errors_are_fatal(0); });
 }
 
-// An IANA identifier for a zone name found in a file: IANA names as they are, Windows names
-// ("W. Europe Standard Time") mapped, and prefixed names ("/mozilla.org/…/Europe/Berlin") cut to
-// their last two parts.
-QByteArray ianaID(const QByteArray &name)
-{
-    if (name.isEmpty())
-        return {};
-    if (QTimeZone::isTimeZoneIdAvailable(name))
-        return name;
-    const QByteArray windows = QTimeZone::windowsIdToDefaultIanaId(name);
-    if (!windows.isEmpty())
-        return windows;
-    const QList<QByteArray> parts = name.split('/');
-    if (parts.size() > 2) {
-        const QByteArray tail = parts.at(parts.size() - 2) + '/' + parts.last();
-        if (QTimeZone::isTimeZoneIdAvailable(tail))
-            return tail;
-    }
-    return {};
-}
-
 // Where a time of the file stands: in UTC, in a zone, or floating (then in the local zone).
 struct Zone
 {
@@ -90,7 +69,7 @@ public:
         , m_toMSecs(to.toMSecsSinceEpoch())
     {
         m_localZoneID = QString::fromUtf8(context.localZone.id());
-        const QByteArray floating = ianaID(calendar.m_floatingZoneID.toUtf8());
+        const QByteArray floating = ianaZoneID(calendar.m_floatingZoneID.toUtf8());
         if (!floating.isEmpty()) {
             m_floating.kind = Zone::Kind::qt;
             m_floating.qt = QTimeZone(floating);
@@ -151,14 +130,14 @@ const Zone &IcsCalendar::Expansion::zoneFor(icalproperty *property, const icalti
         ical = icaltimezone_get_builtin_timezone_from_tzid(tzid.constData());
     if (!ical)
         ical = icaltimezone_get_builtin_timezone(tzid.constData());
-    const QByteArray iana = ianaID(tzid);
+    const QByteArray iana = ianaZoneID(tzid);
     if (!ical && !iana.isEmpty())
         ical = icaltimezone_get_builtin_timezone(iana.constData());
     if (ical) {
         zone.kind = Zone::Kind::ical;
         zone.ical = ical;
         QByteArray location = QByteArray(icaltimezone_get_location(ical));
-        zone.id = QString::fromUtf8(!ianaID(location).isEmpty() ? ianaID(location) : iana);
+        zone.id = QString::fromUtf8(!ianaZoneID(location).isEmpty() ? ianaZoneID(location) : iana);
     } else if (!iana.isEmpty()) {
         zone.kind = Zone::Kind::qt;
         zone.qt = QTimeZone(iana);

@@ -3,6 +3,8 @@
 #include "calendar/CalendarRules.h"
 #include "calendar/MeetingLinks.h"
 
+#include <QTimeZone>
+
 #include <libical/ical.h>
 
 namespace {
@@ -95,4 +97,22 @@ void readEventDetails(icalcomponent *event, icalcomponent *master,
         }
         occurrence.participation = participation(attendees);
     }
+}
+
+QByteArray ianaZoneID(const QByteArray &name)
+{
+    if (name.isEmpty())
+        return {};
+    if (QTimeZone::isTimeZoneIdAvailable(name))
+        return name;
+    const QByteArray windows = QTimeZone::windowsIdToDefaultIanaId(name);
+    if (!windows.isEmpty())
+        return windows;
+    const QList<QByteArray> parts = name.split('/');
+    if (parts.size() > 2) {
+        const QByteArray tail = parts.at(parts.size() - 2) + '/' + parts.last();
+        if (QTimeZone::isTimeZoneIdAvailable(tail))
+            return tail;
+    }
+    return {};
 }
