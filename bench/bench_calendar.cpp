@@ -14,6 +14,9 @@
 #include "storage/EventStore.h"
 #include "time/Clock.h"
 
+#include "support/FakeClock.h"
+#include "support/ListCalendarSource.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTextStream>
@@ -67,30 +70,6 @@ double timeMs(const std::function<void()> &work)
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
-class SteppingClock final : public Clock
-{
-public:
-    QDateTime now() const override { return m_now; }
-    void advance(qint64 seconds) { m_now = m_now.addSecs(seconds); }
-
-private:
-    QDateTime m_now = benchNow;
-};
-
-class StoreOutput final : public CalendarSource
-{
-public:
-    QList<CalendarOccurrence> occurrences() const override { return m_list; }
-    void publish(QList<CalendarOccurrence> list)
-    {
-        m_list = std::move(list);
-        Q_EMIT occurrencesChanged();
-    }
-
-private:
-    QList<CalendarOccurrence> m_list;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -98,8 +77,8 @@ int main(int argc, char **argv)
     QCoreApplication app(argc, argv);
     QTextStream out(stdout);
     const QByteArray bytes = feed();
-    const IcsReadContext context {QStringLiteral("ics-bench"), QStringLiteral("Bench"),
-                                  QStringLiteral("Subscriptions"), std::nullopt,
+    const IcsReadContext context {QStringLiteral("ics-bench"),        QStringLiteral("Bench"),
+                                  QStringLiteral("Subscriptions"),    std::nullopt,
                                   {QStringLiteral("me@example.com")}, QTimeZone("Europe/Istanbul")};
     const QDateTime from = benchNow.addDays(-1), to = benchNow.addDays(31);
 
@@ -139,10 +118,10 @@ int main(int argc, char **argv)
     settings.horizonDays = 31;
     QList<CalendarOccurrence> shown =
         OccurrenceFilter::apply(read, settings, {}, benchNow).mid(0, ListOccurrences);
-    StoreOutput output;
+    ListCalendarSource output;
     CountdownRegistry registry(store);
     registry.attachCalendarSource(&output);
-    SteppingClock clock;
+    FakeClock clock(benchNow);
     NoTickScheduler scheduler;
     CountdownEngine engine(store, registry, clock, scheduler);
     output.publish(shown);

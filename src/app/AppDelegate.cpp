@@ -119,8 +119,7 @@ void AppDelegate::installInterface()
         });
     m_popoverController = std::make_unique<PopoverController>(
         QVariantMap {{QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
-                     {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())},
-         {QStringLiteral("calendarSettings"), QVariant::fromValue(m_calendarSettings.get())}});
+                     {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())}});
     // The popup's texts and date formats follow the interface language, live.
     m_translator = std::make_unique<TableTranslator>(*m_localeManager);
     QCoreApplication::installTranslator(m_translator.get());
@@ -154,14 +153,15 @@ void AppDelegate::installInterface()
 
 void AppDelegate::installCalendars()
 {
-    m_calendarBackends = std::make_unique<CalendarBackends>(*m_paths, m_files, m_clock,
-                                                            m_localeManager->table());
+    m_calendarBackends =
+        std::make_unique<CalendarBackends>(*m_paths, m_files, m_clock, m_localeManager->table());
     m_calendarBackends->subscriptions().watchFile(); // `tarrow calendars add` while we run
     m_calendarStore = std::make_unique<CalendarStore>(
         m_calendarBackends->providers(), *m_settingsStore, *m_eventStore,
         &m_calendarBackends->subscriptions(), m_clock);
     m_countdownRegistry->attachCalendarSource(m_calendarStore.get());
     // Wiring: wakeObserver's wake signal -> m_calendarStore->refresh() (feeds fetched when due).
+    // The calendars page of the settings window binds to this model.
     m_calendarSettings = std::make_unique<CalendarSettingsModel>(
         *m_calendarBackends, *m_calendarStore, *m_settingsStore, *m_localeManager);
 }

@@ -13,8 +13,7 @@ CalendarSnapshot::CalendarSnapshot(DataFolder &data, const QDateTime &now,
     , m_backends(data.paths(), data.files(), m_clock, texts)
 {
     m_store = std::make_unique<CalendarStore>(m_backends.providers(), data.settings(),
-                                              data.events(), &m_backends.subscriptions(),
-                                              m_clock);
+                                              data.events(), &m_backends.subscriptions(), m_clock);
     m_store->setCoalescingDelay(0);
     m_store->setRefreshInterval(0);
     m_store->refresh();

@@ -73,13 +73,13 @@ int CalendarsCommand::run(const QStringList &arguments, CliContext &context)
         return remove(rest, context);
     if (action == u"addresses")
         return addresses(rest, context);
-    return context.fail(u"unknown calendars action \"%1\" (usage: tarrow %2)"_s.arg(action, usage()));
+    return context.fail(
+        u"unknown calendars action \"%1\" (usage: tarrow %2)"_s.arg(action, usage()));
 }
 
 int CalendarsCommand::add(const QStringList &arguments, CliContext &context)
 {
-    CommandArguments args(
-        {QCommandLineOption(u"title"_s, QString(), u"TITLE"_s)});
+    CommandArguments args({QCommandLineOption(u"title"_s, QString(), u"TITLE"_s)});
     if (!args.parse(arguments, context, 1, 1, usage()))
         return 1;
     const LanguageTable texts = interfaceTable(context);
@@ -109,14 +109,14 @@ int CalendarsCommand::list(const QStringList &arguments, CliContext &context)
     CalendarBackends backends(context.data().paths(), context.data().files(), context.clock(),
                               texts);
     IcsProvider &ics = backends.ics();
-    // Plugin backends fill their calendar lists as they connect.
+    // Files are read and due feeds fetched; plugin backends fill their lists as they connect.
     CalendarSnapshot::waitUntil(
         [&backends] {
             const QList<CalendarProvider *> providers = backends.providers();
-            return std::none_of(providers.begin() + 1, providers.end(),
+            return std::none_of(providers.begin(), providers.end(),
                                 [](CalendarProvider *p) { return p->isBusy(); });
         },
-        10'000);
+        60'000);
     const CalendarSettings &settings = context.data().settings().settings().calendars;
     const SubscriptionStore &subscriptions = backends.subscriptions();
 
@@ -148,7 +148,8 @@ int CalendarsCommand::list(const QStringList &arguments, CliContext &context)
         for (const Row &row : rows) {
             writer.beginObject();
             writer.key("account"_L1).string(row.calendar.accountTitle);
-            writer.key("enabled"_L1).boolean(!settings.disabledCalendarIDs.contains(row.calendar.id));
+            writer.key("enabled"_L1)
+                .boolean(!settings.disabledCalendarIDs.contains(row.calendar.id));
             writer.key("id"_L1).string(row.calendar.id);
             writer.key("kind"_L1).string(accountKindRawValue(row.calendar.accountKind));
             if (row.subscription) {
@@ -179,12 +180,11 @@ int CalendarsCommand::list(const QStringList &arguments, CliContext &context)
             id = row.subscription->shortID();
             where = row.subscription->isLocalFile() ? row.subscription->url.toLocalFile()
                                                     : row.subscription->url.toDisplayString();
-            state = stateText(ics.status(row.subscription->id),
-                              ics.hasCopy(row.subscription->id), texts);
+            state = stateText(ics.status(row.subscription->id), ics.hasCopy(row.subscription->id),
+                              texts);
         }
         context.out() << id << "  " << row.calendar.title << "  " << where << "  "
-                      << (enabled ? "on" : "off") << (state.isEmpty() ? "" : "  ") << state
-                      << '\n';
+                      << (enabled ? "on" : "off") << (state.isEmpty() ? "" : "  ") << state << '\n';
     }
     if (rows.isEmpty())
         context.out() << "No calendars. Add one with: tarrow calendars add FILE|URL\n";

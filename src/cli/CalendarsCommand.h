@@ -2,9 +2,9 @@
 
 #include "cli/CliCommand.h"
 
-// tarrow calendars add FILE|URL [--title TITLE] | list [--json] | remove ID | addresses [ADDRESS...]
-// The calendars added by hand (files and feeds), every calendar the app reads, and the user's
-// own addresses (which attendee of an invitation is the user).
+// tarrow calendars add FILE|URL [--title TITLE] | list [--json] | remove ID | addresses
+// [ADDRESS...] The calendars added by hand (files and feeds), every calendar the app reads, and the
+// user's own addresses (which attendee of an invitation is the user).
 class CalendarsCommand final : public CliCommand
 {
 public:

@@ -3,11 +3,11 @@
 #include "cli/CalendarSnapshot.h"
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
+#include "countdown/CountdownRegistry.h"
 #include "l10n/LanguageTable.h"
 #include "l10n/LocaleManager.h"
 #include "l10n/SupportedLanguages.h"
 #include "storage/SettingsStore.h"
-#include "countdown/CountdownRegistry.h"
 #include "time/CountdownFormatter.h"
 #include "time/ItemTimeText.h"
 #include "json/JsonWriter.h"
@@ -48,7 +48,8 @@ void writeOccurrence(JsonWriter &writer, const CalendarOccurrence &occurrence)
     writer.key(QLatin1StringView("calendar")).string(occurrence.calendarTitle);
     if (occurrence.end)
         writer.key(QLatin1StringView("end")).date(*occurrence.end);
-    writer.key(QLatin1StringView("excludedFromAutomatic")).boolean(occurrence.excludedFromAutomatic);
+    writer.key(QLatin1StringView("excludedFromAutomatic"))
+        .boolean(occurrence.excludedFromAutomatic);
     writer.key(QLatin1StringView("isAllDay")).boolean(occurrence.isAllDay);
     writer.key(QLatin1StringView("kind")).string(QStringLiteral("calendarOccurrence"));
     if (occurrence.location)

@@ -103,8 +103,7 @@ int StatusCommand::run(const QStringList &arguments, CliContext &context)
     context.out() << "holder: " << (holder ? holder->title() : QStringLiteral("(none)")) << '\n';
     if (const QUrl *link = meetingLink(holder))
         context.out() << "join: " << link->toString() << '\n';
-    context.out()
-                  << "state: " << state << '\n'
+    context.out() << "state: " << state << '\n'
                   << "detail: " << detail << '\n'
                   << "progress: " << QString::number(engine.progress(), 'f', 3) << '\n';
     return 0;

@@ -72,8 +72,9 @@ QVariantList CalendarSettingsModel::sources() const
         rows.append(QVariantMap {
             {u"id"_s, subscription.shortID()},
             {u"title"_s, title},
-            {u"location"_s, subscription.isLocalFile() ? subscription.url.toLocalFile()
-                                                       : subscription.url.toDisplayString()},
+            {u"location"_s,
+             subscription.isLocalFile() ? subscription.url.toLocalFile()
+                                        : subscription.url.toDisplayString()},
             {u"isFile"_s, subscription.isLocalFile()},
             {u"ok"_s, ok},
             {u"state"_s, state},
@@ -93,7 +94,8 @@ QVariantList CalendarSettingsModel::accounts() const
             calendars.append(QVariantMap {
                 {u"id"_s, calendar.id},
                 {u"title"_s, calendar.title},
-                {u"color"_s, QColor::fromRgbF(float(tint.red), float(tint.green), float(tint.blue))},
+                {u"color"_s,
+                 QColor::fromRgbF(float(tint.red), float(tint.green), float(tint.blue))},
                 {u"enabled"_s, !settings.disabledCalendarIDs.contains(calendar.id)},
             });
         }
@@ -152,9 +154,8 @@ void CalendarSettingsModel::setIncludeAllDay(bool include)
 
 void CalendarSettingsModel::setHorizonDays(int days)
 {
-    changeSettings([days](CalendarSettings &settings) {
-        settings.horizonDays = std::clamp(days, 1, 366);
-    });
+    changeSettings(
+        [days](CalendarSettings &settings) { settings.horizonDays = std::clamp(days, 1, 366); });
 }
 
 QString CalendarSettingsModel::setCalendarEnabled(const QString &calendarID, bool enabled)

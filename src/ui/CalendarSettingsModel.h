@@ -29,9 +29,8 @@ class CalendarSettingsModel : public QObject
     Q_PROPERTY(QStringList desktopBackends READ desktopBackends CONSTANT)
 
 public:
-    CalendarSettingsModel(CalendarBackends &backends, CalendarStore &store,
-                          SettingsStore &settings, const LocaleManager &locale,
-                          QObject *parent = nullptr);
+    CalendarSettingsModel(CalendarBackends &backends, CalendarStore &store, SettingsStore &settings,
+                          const LocaleManager &locale, QObject *parent = nullptr);
 
     QVariantList sources() const;
     QVariantList accounts() const;

@@ -128,8 +128,9 @@ void TestCli::calendarsJoinTheListAndTheStatus()
     QCOMPARE(run({"calendars", "addresses", "ME@example.com"}).out, u"me@example.com\n"_s);
     QCOMPARE(run({"status"}).out.section(u'\n', 0, 1),
              u"holder: Design review\njoin: https://acme.zoom.us/j/42"_s);
-    QCOMPARE(run({"list"}).out,
-             u"Work  2026-11-22 13:30  until  30m  Design review  join https://acme.zoom.us/j/42\n"_s);
+    QCOMPARE(
+        run({"list"}).out,
+        u"Work  2026-11-22 13:30  until  30m  Design review  join https://acme.zoom.us/j/42\n"_s);
     const QJsonArray json = QJsonDocument::fromJson(run({"list", "--json"}).out.toUtf8()).array();
     QCOMPARE(json.size(), 1);
     QCOMPARE(json[0]["kind"].toString(), u"calendarOccurrence"_s);

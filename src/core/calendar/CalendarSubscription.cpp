@@ -112,8 +112,9 @@ std::optional<QUrl> subscriptionURL(const QString &input, const QString &working
     if (scheme == u"file") {
         path = url.toLocalFile();
     } else if (scheme.size() > 1) {
-        *error = u"only iCalendar files and http, https or webcal links can be added, not \"%1\""_s
-                     .arg(text);
+        *error =
+            u"only iCalendar files and http, https or webcal links can be added, not \"%1\""_s.arg(
+                text);
         return std::nullopt;
     } else {
         path = text; // a path (a one-letter "scheme" is a drive letter)

@@ -40,8 +40,7 @@ struct CalendarSubscriptionList
 
     const CalendarSubscription *find(const QUuid &id) const;
 
-    static std::optional<CalendarSubscriptionList> fromJson(const JsonValue &value,
-                                                            QString *error);
+    static std::optional<CalendarSubscriptionList> fromJson(const JsonValue &value, QString *error);
     QByteArray toJson() const;
     bool operator==(const CalendarSubscriptionList &) const = default;
 };

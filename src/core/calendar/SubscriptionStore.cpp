@@ -115,8 +115,7 @@ std::optional<CalendarSubscription> SubscriptionStore::add(const QString &input,
             return std::nullopt;
         }
     }
-    CalendarSubscription subscription {QUuid::createUuid(), *url, title.trimmed(),
-                                       m_clock.now()};
+    CalendarSubscription subscription {QUuid::createUuid(), *url, title.trimmed(), m_clock.now()};
     CalendarSubscriptionList next = m_list;
     next.subscriptions.append(subscription);
     if (!commit(std::move(next), error))

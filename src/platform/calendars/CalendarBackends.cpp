@@ -22,9 +22,8 @@ QStringList wantedBackends()
 
 } // namespace
 
-CalendarBackends::CalendarBackends(const PathProvider &paths, FileAccess &files,
-                                   const Clock &clock, const LanguageTable &texts,
-                                   IcsProvider::Options options)
+CalendarBackends::CalendarBackends(const PathProvider &paths, FileAccess &files, const Clock &clock,
+                                   const LanguageTable &texts, IcsProvider::Options options)
     : m_subscriptions(std::make_unique<SubscriptionStore>(paths, files, clock))
 {
     if (options.cacheDirectory.isEmpty())
@@ -79,8 +78,8 @@ void CalendarBackends::loadPlugins()
                 continue;
             loaded.append(id);
             if (std::unique_ptr<CalendarBackend> backend = plugin->createBackend())
-                m_plugins.emplace_back(id,
-                                       std::make_unique<PluginCalendarProvider>(std::move(backend)));
+                m_plugins.emplace_back(
+                    id, std::make_unique<PluginCalendarProvider>(std::move(backend)));
             m_loaders.push_back(std::move(loader));
         }
     }

@@ -90,7 +90,10 @@ private:
     };
 
     const Zone &zoneFor(icalproperty *property, const icaltimetype &time);
-    Moment moment(icalproperty *property, icaltimetype time) { return {time, zoneFor(property, time)}; }
+    Moment moment(icalproperty *property, icaltimetype time)
+    {
+        return {time, zoneFor(property, time)};
+    }
     qint64 msecs(const Moment &moment) const;
     // The key an instance is matched by against EXDATE and RECURRENCE-ID: the day of a date,
     // else the instant.
@@ -197,12 +200,12 @@ void IcsCalendar::Expansion::addInstances(icalcomponent *master, const Moment &s
             continue;
         // Without COUNT the iterator can start near the window instead of at DTSTART.
         icaltimezone *stepZone = start.zone.kind == Zone::Kind::ical ? start.zone.ical
-            : start.zone.kind == Zone::Kind::utc                     ? icaltimezone_get_utc_timezone()
-                                                                     : nullptr;
+            : start.zone.kind == Zone::Kind::utc ? icaltimezone_get_utc_timezone()
+                                                 : nullptr;
         if (recurrence.count == 0 && stepZone && !dtstart.is_date
             && msecs(start) < earliest - 86'400'000) {
-            const icaltimetype jump = icaltime_from_timet_with_zone(
-                time_t((earliest - 86'400'000) / 1000), 0, stepZone);
+            const icaltimetype jump =
+                icaltime_from_timet_with_zone(time_t((earliest - 86'400'000) / 1000), 0, stepZone);
             icalrecur_iterator_set_start(iterator, jump);
         }
         for (int step = 0; step < maxRuleSteps; ++step) {
@@ -241,22 +244,22 @@ void IcsCalendar::Expansion::expand(const Series &series, QList<ProviderOccurren
 
     icalcomponent *firstMaster = series.masters.empty() ? nullptr : series.masters.front();
     for (icalcomponent *master : series.masters) {
-        icalproperty *startProperty = icalcomponent_get_first_property(master, ICAL_DTSTART_PROPERTY);
+        icalproperty *startProperty =
+            icalcomponent_get_first_property(master, ICAL_DTSTART_PROPERTY);
         if (!startProperty)
             continue;
         const Moment start = moment(startProperty, icalproperty_get_dtstart(startProperty));
         const qint64 duration = [&]() -> qint64 {
             if (icalproperty *end = icalcomponent_get_first_property(master, ICAL_DTEND_PROPERTY))
-                return std::max<qint64>(0, msecs(moment(end, icalproperty_get_dtend(end)))
-                                               - msecs(start));
+                return std::max<qint64>(
+                    0, msecs(moment(end, icalproperty_get_dtend(end))) - msecs(start));
             if (icalproperty *length =
                     icalcomponent_get_first_property(master, ICAL_DURATION_PROPERTY))
                 return qint64(icaldurationtype_as_int(icalproperty_get_duration(length))) * 1000;
             return start.local.is_date ? 86'400'000 : 0;
         }();
 
-        const bool recurring =
-            icalcomponent_get_first_property(master, ICAL_RRULE_PROPERTY)
+        const bool recurring = icalcomponent_get_first_property(master, ICAL_RRULE_PROPERTY)
             || icalcomponent_get_first_property(master, ICAL_RDATE_PROPERTY);
         std::vector<Moment> instances;
         if (recurring)
@@ -289,11 +292,13 @@ void IcsCalendar::Expansion::expand(const Series &series, QList<ProviderOccurren
         icalproperty *idProperty =
             icalcomponent_get_first_property(override, ICAL_RECURRENCEID_PROPERTY);
         const Moment scheduled = moment(idProperty, icalproperty_get_recurrenceid(idProperty));
-        const Moment start =
-            startProperty ? moment(startProperty, icalproperty_get_dtstart(startProperty)) : scheduled;
+        const Moment start = startProperty
+            ? moment(startProperty, icalproperty_get_dtstart(startProperty))
+            : scheduled;
         qint64 duration = start.local.is_date ? 86'400'000 : 0;
         if (icalproperty *end = icalcomponent_get_first_property(override, ICAL_DTEND_PROPERTY))
-            duration = std::max<qint64>(0, msecs(moment(end, icalproperty_get_dtend(end))) - msecs(start));
+            duration =
+                std::max<qint64>(0, msecs(moment(end, icalproperty_get_dtend(end))) - msecs(start));
         else if (icalproperty *length =
                      icalcomponent_get_first_property(override, ICAL_DURATION_PROPERTY))
             duration = qint64(icaldurationtype_as_int(icalproperty_get_duration(length))) * 1000;
@@ -376,7 +381,8 @@ std::shared_ptr<IcsCalendar> IcsCalendar::parse(const QByteArray &bytes, QString
             else if (name == "X-WR-TIMEZONE" && calendar->m_floatingZoneID.isEmpty())
                 calendar->m_floatingZoneID = value;
         }
-        for (icalcomponent *event = icalcomponent_get_first_component(vcalendar, ICAL_VEVENT_COMPONENT);
+        for (icalcomponent *event =
+                 icalcomponent_get_first_component(vcalendar, ICAL_VEVENT_COMPONENT);
              event; event = icalcomponent_get_next_component(vcalendar, ICAL_VEVENT_COMPONENT)) {
             icalproperty *startProperty =
                 icalcomponent_get_first_property(event, ICAL_DTSTART_PROPERTY);
@@ -408,8 +414,7 @@ std::shared_ptr<IcsCalendar> IcsCalendar::parse(const QByteArray &bytes, QString
 }
 
 QList<ProviderOccurrence> IcsCalendar::occurrences(const IcsReadContext &context,
-                                                   const QDateTime &from,
-                                                   const QDateTime &to) const
+                                                   const QDateTime &from, const QDateTime &to) const
 {
     QList<ProviderOccurrence> out;
     Expansion expansion(*this, context, from, to);

@@ -46,8 +46,8 @@ AttendeeStatus attendeeStatus(icalproperty *attendee)
 
 } // namespace
 
-void readEventDetails(icalcomponent *event, icalcomponent *master,
-                      const QStringList &userAddresses, ProviderOccurrence &occurrence)
+void readEventDetails(icalcomponent *event, icalcomponent *master, const QStringList &userAddresses,
+                      ProviderOccurrence &occurrence)
 {
     // A property the override leaves out is the series' own.
     const auto property = [&](icalproperty_kind kind) {
@@ -82,7 +82,7 @@ void readEventDetails(icalcomponent *event, icalcomponent *master,
         QList<AttendeeFacts> attendees;
         icalcomponent *withAttendees =
             icalcomponent_get_first_property(event, ICAL_ATTENDEE_PROPERTY) || !master ? event
-                                                                                      : master;
+                                                                                       : master;
         for (icalproperty *attendee =
                  icalcomponent_get_first_property(withAttendees, ICAL_ATTENDEE_PROPERTY);
              attendee;

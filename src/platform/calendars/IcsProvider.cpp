@@ -134,9 +134,23 @@ void IcsProvider::setStatus(Entry &entry, const SubscriptionStatus &status)
     if (!entry.subscription.isLocalFile()) {
         QString error;
         if (!m_cache.writeStatus(entry.subscription.id, status, &error))
-            qCWarning(lcIcsProvider).noquote() << u"Failed to save a calendar's status: %1"_s.arg(error);
+            qCWarning(lcIcsProvider).noquote()
+                << u"Failed to save a calendar's status: %1"_s.arg(error);
     }
     Q_EMIT statusChanged(entry.subscription.id);
+}
+
+IcsProvider::ParseResult IcsProvider::parseFile(const QString &path, const FileAccess &files)
+{
+    ParseResult result;
+    QString error;
+    const std::optional<QByteArray> bytes = files.read(path, &error);
+    if (!bytes)
+        return ParseResult {{}, SubscriptionProblem::fileUnreadable, error};
+    result.calendar = IcsCalendar::parse(*bytes, &error);
+    if (!result.calendar)
+        result.problem = SubscriptionProblem::notCalendar;
+    return result;
 }
 
 void IcsProvider::readFile(Entry &entry)
@@ -145,18 +159,7 @@ void IcsProvider::readFile(Entry &entry)
     entry.fileStamp = QFileInfo(path).lastModified();
     FileAccess &files = m_files;
     parse(
-        entry.subscription.id,
-        [path, &files] {
-            ParseResult result;
-            QString error;
-            const std::optional<QByteArray> bytes = files.read(path, &error);
-            if (!bytes)
-                return ParseResult {{}, SubscriptionProblem::fileUnreadable, error};
-            result.calendar = IcsCalendar::parse(*bytes, &error);
-            if (!result.calendar)
-                result.problem = SubscriptionProblem::notCalendar;
-            return result;
-        },
+        entry.subscription.id, [path, &files] { return parseFile(path, files); },
         [this](Entry &target, ParseResult result) {
             SubscriptionStatus status = target.status;
             status.lastAttempt = m_clock.now();
@@ -167,9 +170,8 @@ void IcsProvider::readFile(Entry &entry)
                 target.calendar = std::move(result.calendar);
                 Q_EMIT changed();
             } else {
-                qCWarning(lcIcsProvider).noquote()
-                    << u"Keeping the last copy of %1: %2"_s.arg(
-                           target.subscription.url.toLocalFile(), problemRawValue(result.problem));
+                qCWarning(lcIcsProvider).noquote() << u"Keeping the last copy of %1: %2"_s.arg(
+                    target.subscription.url.toLocalFile(), problemRawValue(result.problem));
             }
             setStatus(target, status);
         });
@@ -182,14 +184,7 @@ void IcsProvider::readCachedCopy(Entry &entry)
         return;
     FileAccess &files = m_files;
     parse(
-        entry.subscription.id,
-        [path, &files] {
-            ParseResult result;
-            QString error;
-            if (const std::optional<QByteArray> bytes = files.read(path, &error))
-                result.calendar = IcsCalendar::parse(*bytes, &error);
-            return result;
-        },
+        entry.subscription.id, [path, &files] { return parseFile(path, files); },
         [this](Entry &target, ParseResult result) {
             // A fetch that finished first has the newer copy.
             if (!result.calendar || target.calendar)
@@ -219,7 +214,8 @@ void IcsProvider::fetch(Entry &entry)
     const QUuid id = entry.subscription.id;
     // Validators only for a copy we still have: a lost cache needs the whole feed.
     const bool haveCopy = QFileInfo::exists(m_cache.copyPath(id));
-    qCDebug(lcIcsProvider).noquote() << u"Fetching %1"_s.arg(entry.subscription.url.toDisplayString());
+    qCDebug(lcIcsProvider).noquote()
+        << u"Fetching %1"_s.arg(entry.subscription.url.toDisplayString());
     m_fetcher.fetch(entry.subscription.url, haveCopy ? entry.status.etag : QString(),
                     haveCopy ? entry.status.lastModified : QString(),
                     [this, id](const FetchResult &result) {
@@ -248,10 +244,9 @@ void IcsProvider::takeFetch(const QUuid &id, const FetchResult &result)
     case FetchResult::Kind::failed:
         status.problem = result.problem;
         status.detail = result.detail;
-        qCWarning(lcIcsProvider).noquote()
-            << u"Keeping the last copy of %1: %2 %3"_s.arg(entry.subscription.url.toDisplayString(),
-                                                           problemRawValue(result.problem),
-                                                           result.detail);
+        qCWarning(lcIcsProvider).noquote() << u"Keeping the last copy of %1: %2 %3"_s.arg(
+            entry.subscription.url.toDisplayString(), problemRawValue(result.problem),
+            result.detail);
         setStatus(entry, status);
         return;
     case FetchResult::Kind::fresh:

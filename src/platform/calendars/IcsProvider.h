@@ -41,9 +41,8 @@ public:
         SubscriptionFetcher::Limits limits;
     };
 
-    IcsProvider(SubscriptionStore &subscriptions, QNetworkAccessManager &network,
-                FileAccess &files, const Clock &clock, Options options,
-                QObject *parent = nullptr);
+    IcsProvider(SubscriptionStore &subscriptions, QNetworkAccessManager &network, FileAccess &files,
+                const Clock &clock, Options options, QObject *parent = nullptr);
     ~IcsProvider() override;
 
     QList<CalendarInfo> calendars() const override;
@@ -81,6 +80,8 @@ private:
         QString detail;
     };
 
+    // Runs on the worker.
+    static ParseResult parseFile(const QString &path, const FileAccess &files);
     void follow();
     void readFile(Entry &entry);
     void readCachedCopy(Entry &entry);

@@ -29,7 +29,8 @@ QString SubscriptionCache::directoryFor(const QString &dataDirectory)
 
 QString SubscriptionCache::filePath(const QUuid &id, const char *suffix) const
 {
-    return QDir(m_directory).filePath(id.toString(QUuid::WithoutBraces) + QLatin1StringView(suffix));
+    return QDir(m_directory)
+        .filePath(id.toString(QUuid::WithoutBraces) + QLatin1StringView(suffix));
 }
 
 QString SubscriptionCache::copyPath(const QUuid &id) const

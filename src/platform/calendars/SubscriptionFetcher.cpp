@@ -92,48 +92,47 @@ void SubscriptionFetcher::start(const QUrl &url, const QString &etag, const QStr
     connect(reply, &QNetworkReply::downloadProgress, reply,
             [checkSize](qint64 received, qint64) { checkSize(received); });
 
-    connect(reply, &QNetworkReply::finished, this,
-            [this, reply, refused, done = std::move(done), webcalFallback, etag, lastModified] {
-                reply->deleteLater();
-                const int status =
-                    reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-                if (refused->problem != SubscriptionProblem::none) {
-                    refused->kind = FetchResult::Kind::failed;
-                    done(*refused);
-                    return;
-                }
-                const QNetworkReply::NetworkError error = reply->error();
-                if (webcalFallback && status == 0 && isTransportFailure(error)) {
-                    QUrl plain = reply->request().url();
-                    plain.setScheme(u"http"_s);
-                    start(plain, etag, lastModified, done, false);
-                    return;
-                }
-                FetchResult result;
-                if (status == 304) {
-                    result.kind = FetchResult::Kind::notModified;
-                } else if (status >= 200 && status < 300 && error == QNetworkReply::NoError) {
-                    result.kind = FetchResult::Kind::fresh;
-                    result.body = reply->readAll();
-                    result.etag = QString::fromUtf8(reply->rawHeader("ETag"));
-                    result.lastModified = QString::fromUtf8(reply->rawHeader("Last-Modified"));
-                } else if (const QUrl target =
-                               QUrl(QString::fromUtf8(reply->rawHeader("Location")));
-                           status >= 300 && status < 400 && !target.isEmpty()) {
-                    // Redirects to the web are followed; what is left went elsewhere (or in
-                    // circles).
-                    result.problem = SubscriptionProblem::redirectRefused;
-                    result.detail = reply->url().resolved(target).toDisplayString();
-                } else if (status >= 300) {
-                    result.problem = SubscriptionProblem::httpStatus;
-                    result.detail = QString::number(status);
-                } else if (error == QNetworkReply::OperationCanceledError
-                           || error == QNetworkReply::TimeoutError) {
-                    result.problem = SubscriptionProblem::timedOut;
-                } else {
-                    result.problem = SubscriptionProblem::unreachable;
-                    result.detail = reply->errorString();
-                }
-                done(result);
-            });
+    connect(
+        reply, &QNetworkReply::finished, this,
+        [this, reply, refused, done = std::move(done), webcalFallback, etag, lastModified] {
+            reply->deleteLater();
+            const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+            if (refused->problem != SubscriptionProblem::none) {
+                refused->kind = FetchResult::Kind::failed;
+                done(*refused);
+                return;
+            }
+            const QNetworkReply::NetworkError error = reply->error();
+            if (webcalFallback && status == 0 && isTransportFailure(error)) {
+                QUrl plain = reply->request().url();
+                plain.setScheme(u"http"_s);
+                start(plain, etag, lastModified, done, false);
+                return;
+            }
+            FetchResult result;
+            if (status == 304) {
+                result.kind = FetchResult::Kind::notModified;
+            } else if (status >= 200 && status < 300 && error == QNetworkReply::NoError) {
+                result.kind = FetchResult::Kind::fresh;
+                result.body = reply->readAll();
+                result.etag = QString::fromUtf8(reply->rawHeader("ETag"));
+                result.lastModified = QString::fromUtf8(reply->rawHeader("Last-Modified"));
+            } else if (const QUrl target = QUrl(QString::fromUtf8(reply->rawHeader("Location")));
+                       status >= 300 && status < 400 && !target.isEmpty()) {
+                // Redirects to the web are followed; what is left went elsewhere (or in
+                // circles).
+                result.problem = SubscriptionProblem::redirectRefused;
+                result.detail = reply->url().resolved(target).toDisplayString();
+            } else if (status >= 300) {
+                result.problem = SubscriptionProblem::httpStatus;
+                result.detail = QString::number(status);
+            } else if (error == QNetworkReply::OperationCanceledError
+                       || error == QNetworkReply::TimeoutError) {
+                result.problem = SubscriptionProblem::timedOut;
+            } else {
+                result.problem = SubscriptionProblem::unreachable;
+                result.detail = reply->errorString();
+            }
+            done(result);
+        });
 }

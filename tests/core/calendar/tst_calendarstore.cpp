@@ -135,23 +135,23 @@ void TestCalendarStore::filterRules_data()
     QTest::newRow("past the horizon")
         << QList {occurrence(u"tomorrow"_s, 24 * 60), occurrence(u"in three days"_s, 3 * 24 * 60)}
         << twoDays << false << QStringList {u"tomorrow"_s};
-    QTest::newRow("declined, skipped by default") << QList {declined} << defaults << false
-                                                  << QStringList {};
-    QTest::newRow("declined, shown when asked") << QList {declined} << showDeclined << false
-                                                << QStringList {u"declined"_s};
-    QTest::newRow("declined, skipped even when kept") << QList {declined} << defaults << true
-                                                      << QStringList {};
-    QTest::newRow("cancelled, never shown") << QList {cancelled} << showDeclined << true
-                                            << QStringList {};
-    QTest::newRow("all-day, left out by default") << QList {allDay} << defaults << false
-                                                  << QStringList {};
-    QTest::newRow("all-day, shown when asked") << QList {allDay} << showAllDay << false
-                                               << QStringList {u"all-day"_s};
-    QTest::newRow("all-day, shown when kept") << QList {allDay} << defaults << true
-                                              << QStringList {u"all-day"_s};
+    QTest::newRow("declined, skipped by default")
+        << QList {declined} << defaults << false << QStringList {};
+    QTest::newRow("declined, shown when asked")
+        << QList {declined} << showDeclined << false << QStringList {u"declined"_s};
+    QTest::newRow("declined, skipped even when kept")
+        << QList {declined} << defaults << true << QStringList {};
+    QTest::newRow("cancelled, never shown")
+        << QList {cancelled} << showDeclined << true << QStringList {};
+    QTest::newRow("all-day, left out by default")
+        << QList {allDay} << defaults << false << QStringList {};
+    QTest::newRow("all-day, shown when asked")
+        << QList {allDay} << showAllDay << false << QStringList {u"all-day"_s};
+    QTest::newRow("all-day, shown when kept")
+        << QList {allDay} << defaults << true << QStringList {u"all-day"_s};
     QTest::newRow("a switched-off calendar") << QList {other} << homeOff << false << QStringList {};
-    QTest::newRow("a switched-off calendar's kept series") << QList {other} << homeOff << true
-                                                           << QStringList {u"other calendar"_s};
+    QTest::newRow("a switched-off calendar's kept series")
+        << QList {other} << homeOff << true << QStringList {u"other calendar"_s};
 }
 
 void TestCalendarStore::filterRules()

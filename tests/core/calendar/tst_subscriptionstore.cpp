@@ -44,10 +44,10 @@ void TestSubscriptionStore::addsWhatCanBeRead_data()
 {
     QTest::addColumn<QString>("input");
     QTest::addColumn<QString>("kept"); // the link kept, or the start of the refusal
-    QTest::newRow("an https link") << u"https://example.com/team.ics"_s
-                                   << u"https://example.com/team.ics"_s;
-    QTest::newRow("a webcal link") << u" webcal://example.com/a/../team.ics "_s
-                                   << u"webcal://example.com/team.ics"_s;
+    QTest::newRow("an https link")
+        << u"https://example.com/team.ics"_s << u"https://example.com/team.ics"_s;
+    QTest::newRow("a webcal link")
+        << u" webcal://example.com/a/../team.ics "_s << u"webcal://example.com/team.ics"_s;
     QTest::newRow("a relative path") << u"team.ics"_s << u"file://%1"_s;
     QTest::newRow("a file link") << u"file://%1"_s << u"file://%1"_s;
     QTest::newRow("a missing file") << u"nothere.ics"_s << u"no file"_s;
@@ -101,9 +101,8 @@ void TestSubscriptionStore::keepsTheUsersAddresses()
 {
     SubscriptionStore store(*m_paths, m_files, m_clock);
     QString error;
-    QVERIFY(store.setUserAddresses({u" MAILTO:Me@Example.com"_s, u"me@example.com"_s, u""_s,
-                                    u"work@example.org"_s},
-                                   &error));
+    QVERIFY(store.setUserAddresses(
+        {u" MAILTO:Me@Example.com"_s, u"me@example.com"_s, u""_s, u"work@example.org"_s}, &error));
     QCOMPARE(store.userAddresses(), (QStringList {u"me@example.com"_s, u"work@example.org"_s}));
     QVERIFY(!store.setUserAddresses({u"not an address"_s}, &error));
     QCOMPARE(error, u"\"not an address\" is not an e-mail address"_s);

@@ -40,7 +40,11 @@ QString describe(const ProviderOccurrence &o)
 
 IcsReadContext context()
 {
-    return {u"ics-test"_s, u"Test"_s, u"Files"_s, std::nullopt, {u"me@example.com"_s},
+    return {u"ics-test"_s,
+            u"Test"_s,
+            u"Files"_s,
+            std::nullopt,
+            {u"me@example.com"_s},
             QTimeZone("Europe/Istanbul")};
 }
 
@@ -154,8 +158,8 @@ void TestIcsCalendar::readsTheCalendarItself()
     QCOMPARE(qRound(tint.red * 255), 0x1B);
     QCOMPARE(qRound(tint.blue * 255), 0xF8);
 
-    const QList<ProviderOccurrence> occurrences = calendar->occurrences(
-        context(), utc(u"2025-03-03T00:00Z"_s), utc(u"2025-03-04T00:00Z"_s));
+    const QList<ProviderOccurrence> occurrences =
+        calendar->occurrences(context(), utc(u"2025-03-03T00:00Z"_s), utc(u"2025-03-04T00:00Z"_s));
     QCOMPARE(occurrences.size(), 1);
     const ProviderOccurrence &standup = occurrences.first();
     QCOMPARE(standup.ref.series.calendarID, u"ics-test"_s);
@@ -170,8 +174,8 @@ void TestIcsCalendar::readsInvitationsAndMeetingLinks()
     const auto calendar = fixture(u"invitations.ics"_s);
     QVERIFY(calendar);
     QHash<QString, ProviderOccurrence> bySeries;
-    for (const ProviderOccurrence &o : calendar->occurrences(context(), utc(u"2025-03-10T00:00Z"_s),
-                                                             utc(u"2025-03-11T00:00Z"_s)))
+    for (const ProviderOccurrence &o :
+         calendar->occurrences(context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s)))
         bySeries.insert(o.ref.series.seriesID, o);
     QCOMPARE(bySeries.size(), 6);
 
@@ -201,8 +205,9 @@ void TestIcsCalendar::readsInvitationsAndMeetingLinks()
     const auto local = std::find_if(bySeries.keyBegin(), bySeries.keyEnd(),
                                     [](const QString &id) { return id.startsWith(u"local-"); });
     QVERIFY(local != bySeries.keyEnd());
-    const QList<ProviderOccurrence> again = fixture(u"invitations.ics"_s)->occurrences(
-        context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s));
+    const QList<ProviderOccurrence> again =
+        fixture(u"invitations.ics"_s)
+            ->occurrences(context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s));
     QVERIFY(std::any_of(again.cbegin(), again.cend(), [&](const ProviderOccurrence &o) {
         return o.ref.series.seriesID == *local;
     }));
@@ -210,8 +215,8 @@ void TestIcsCalendar::readsInvitationsAndMeetingLinks()
     // Without the user's addresses nobody is the user.
     IcsReadContext anonymous = context();
     anonymous.userAddresses.clear();
-    for (const ProviderOccurrence &o : calendar->occurrences(anonymous, utc(u"2025-03-10T00:00Z"_s),
-                                                             utc(u"2025-03-11T00:00Z"_s)))
+    for (const ProviderOccurrence &o :
+         calendar->occurrences(anonymous, utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s)))
         QCOMPARE(o.participation, CalendarParticipation::notAnAttendee);
 }
 
@@ -241,8 +246,8 @@ void TestIcsCalendar::aLargeFeedExpandsInTime()
     for (int i = 0; i < 10'000; ++i) {
         const QDateTime start = first.addSecs(qint64(i) * 3137);
         const bool daily = i % 100 == 0;
-        feed += "BEGIN:VEVENT\r\nUID:e" + QByteArray::number(i) + "\r\nDTSTART:"
-            + start.toString(u"yyyyMMddTHHmmssZ"_s).toLatin1()
+        feed += "BEGIN:VEVENT\r\nUID:e" + QByteArray::number(i)
+            + "\r\nDTSTART:" + start.toString(u"yyyyMMddTHHmmssZ"_s).toLatin1()
             + "\r\nDURATION:PT30M\r\nSUMMARY:Meeting " + QByteArray::number(i)
             + (daily ? "\r\nRRULE:FREQ=DAILY" : "") + "\r\nEND:VEVENT\r\n";
         for (QDateTime at = start; at < to; at = at.addDays(1)) {

@@ -47,7 +47,10 @@ private:
     CalendarSubscription add(const QString &location);
     // The number of occurrences in March and April 2025 of every calendar.
     qsizetype occurrenceCount();
-    bool settle() { return QTest::qWaitFor([this] { return !m_provider->isBusy(); }, 10'000); }
+    bool settle()
+    {
+        return QTest::qWaitFor([this] { return !m_provider->isBusy(); }, 10'000);
+    }
 
     std::unique_ptr<TempPathProvider> m_paths;
     DiskFileAccess m_files;
@@ -65,9 +68,10 @@ void TestIcsProvider::init()
     m_subscriptions = std::make_unique<SubscriptionStore>(*m_paths, m_files, m_clock);
     m_server = std::make_unique<FeedServer>();
     QVERIFY2(m_server->isRunning(), "the loopback feed server did not start (python3)");
-    QVERIFY(m_server->set(u"/team.ics"_s, {{u"mode"_s, u"ok"_s},
-                                          {u"body"_s, QString::fromUtf8(fixtureBytes(
-                                                          u"calendars/weekly-berlin.ics"_s))}}));
+    QVERIFY(m_server->set(
+        u"/team.ics"_s,
+        {{u"mode"_s, u"ok"_s},
+         {u"body"_s, QString::fromUtf8(fixtureBytes(u"calendars/weekly-berlin.ics"_s))}}));
     m_provider = makeProvider();
 }
 
@@ -102,9 +106,11 @@ qsizetype TestIcsProvider::occurrenceCount()
     QSet<QString> ids;
     for (const CalendarInfo &calendar : m_provider->calendars())
         ids.insert(calendar.id);
-    QFuture<QList<ProviderOccurrence>> read = m_provider->occurrences(
-        {ids, QDateTime(QDate(2025, 3, 1), QTime(0, 0), Qt::UTC),
-         QDateTime(QDate(2025, 5, 1), QTime(0, 0), Qt::UTC), {}});
+    QFuture<QList<ProviderOccurrence>> read =
+        m_provider->occurrences({ids,
+                                 QDateTime(QDate(2025, 3, 1), QTime(0, 0), Qt::UTC),
+                                 QDateTime(QDate(2025, 5, 1), QTime(0, 0), Qt::UTC),
+                                 {}});
     read.waitForFinished();
     return read.result().size();
 }
@@ -153,8 +159,8 @@ void TestIcsProvider::aBrokenFeedKeepsItsLastGoodCopy_data()
         << Behaviour {{u"mode"_s, u"html"_s}} << SubscriptionProblem::notCalendar << QString();
     QTest::newRow("a server error") << Behaviour {{u"mode"_s, u"status"_s}, {u"code"_s, u"503"_s}}
                                     << SubscriptionProblem::httpStatus << u"503"_s;
-    QTest::newRow("no answer in time") << Behaviour {{u"mode"_s, u"slow"_s}}
-                                       << SubscriptionProblem::timedOut << QString();
+    QTest::newRow("no answer in time")
+        << Behaviour {{u"mode"_s, u"slow"_s}} << SubscriptionProblem::timedOut << QString();
     QTest::newRow("too large, announced")
         << Behaviour {{u"mode"_s, u"big"_s}, {u"size"_s, u"3000000"_s}}
         << SubscriptionProblem::tooLarge << u"1"_s;
@@ -271,7 +277,8 @@ void TestIcsProvider::removingACalendarDropsItsCache()
 {
     const CalendarSubscription team = add(m_server->url(u"/team.ics"_s));
     QVERIFY(settle());
-    const QString copy = QDir(m_paths->supportDirectory()).filePath(u"cache/%1.ics"_s.arg(team.shortID()));
+    const QString copy =
+        QDir(m_paths->supportDirectory()).filePath(u"cache/%1.ics"_s.arg(team.shortID()));
     QVERIFY(QFile::exists(copy));
     QString error;
     QVERIFY(m_subscriptions->remove(team.id, &error));

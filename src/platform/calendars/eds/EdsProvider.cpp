@@ -116,7 +116,8 @@ gboolean addInstance(ICalComponent *component, ICalTime *start, ICalTime *end, g
     icalcomponent *master = nullptr;
     occurrence.ref.occurrenceDate = occurrence.start;
     // A moved occurrence keeps the start it was scheduled for.
-    if (ICalProperty *id = i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY)) {
+    if (ICalProperty *id =
+            i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY)) {
         ICalTime *scheduled = i_cal_property_get_recurrenceid(id);
         if (scheduled && !i_cal_time_is_null_time(scheduled)) {
             if (!i_cal_time_get_timezone(scheduled) && !i_cal_time_is_utc(scheduled)
@@ -184,9 +185,8 @@ struct EdsCallbacks
         const auto connection = self->m_connections.find(request->uid);
         if (!client || connection == self->m_connections.end()) {
             if (error)
-                qCWarning(lcEdsProvider).noquote()
-                    << u"Could not open the calendar %1: %2"_s.arg(request->uid,
-                                                                 text(error->message));
+                qCWarning(lcEdsProvider).noquote() << u"Could not open the calendar %1: %2"_s.arg(
+                    request->uid, text(error->message));
             g_clear_error(&error);
             g_clear_object(&client);
             self->done();
@@ -287,8 +287,8 @@ CalendarInfo EdsProvider::info(ESource *source) const
     // The account: the collection the calendar belongs to, else its parent ("On This Computer").
     CalendarAccountFacts facts;
     QString collectionBackend;
-    ESource *account = e_source_registry_find_extension(m_registry, source,
-                                                        E_SOURCE_EXTENSION_COLLECTION);
+    ESource *account =
+        e_source_registry_find_extension(m_registry, source, E_SOURCE_EXTENSION_COLLECTION);
     if (account) {
         collectionBackend = text(e_source_backend_get_backend_name(
             E_SOURCE_BACKEND(e_source_get_extension(account, E_SOURCE_EXTENSION_COLLECTION))));
@@ -373,18 +373,19 @@ QFuture<QList<ProviderOccurrence>> EdsProvider::occurrences(const OccurrenceQuer
     for (const QString &address : query.userAddresses)
         addresses.append(normalizedAddress(address));
     GCancellable *cancellable = G_CANCELLABLE(g_object_ref(m_cancellable));
-    return QtConcurrent::run(&m_worker, [jobs, addresses, cancellable, from = query.from,
-                                         to = query.to] {
-        QList<ProviderOccurrence> all;
-        for (const Job &job : jobs) {
-            Expansion expansion {job.calendar, addresses, QTimeZone::systemTimeZone(), &all,
-                                 job.client, cancellable, {}};
-            e_cal_client_generate_instances_sync(job.client, time_t(from.toSecsSinceEpoch()),
-                                                 time_t(to.toSecsSinceEpoch()), cancellable,
-                                                 addInstance, &expansion);
-            g_object_unref(job.client);
-        }
-        g_object_unref(cancellable);
-        return all;
-    });
+    return QtConcurrent::run(
+        &m_worker, [jobs, addresses, cancellable, from = query.from, to = query.to] {
+            QList<ProviderOccurrence> all;
+            for (const Job &job : jobs) {
+                Expansion expansion {
+                    job.calendar, addresses, QTimeZone::systemTimeZone(), &all, job.client,
+                    cancellable,  {}};
+                e_cal_client_generate_instances_sync(job.client, time_t(from.toSecsSinceEpoch()),
+                                                     time_t(to.toSecsSinceEpoch()), cancellable,
+                                                     addInstance, &expansion);
+                g_object_unref(job.client);
+            }
+            g_object_unref(cancellable);
+            return all;
+        });
 }

@@ -32,7 +32,10 @@ public:
     QList<CalendarInfo> calendars() const override { return m_calendars; }
     QFuture<QList<ProviderOccurrence>> occurrences(const OccurrenceQuery &query) override;
     bool isBusy() const override { return m_pending > 0; }
-    void setChangeHandler(std::function<void()> changed) override { m_changed = std::move(changed); }
+    void setChangeHandler(std::function<void()> changed) override
+    {
+        m_changed = std::move(changed);
+    }
 
 private:
     struct Connection

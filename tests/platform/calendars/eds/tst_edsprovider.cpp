@@ -66,7 +66,8 @@ QList<ProviderOccurrence> TestEdsProvider::read(const QDateTime &from, const QDa
         m_provider->occurrences({{calendar(u"Work"_s).id}, from, to, {}});
     future.waitForFinished();
     QList<ProviderOccurrence> list = future.result();
-    std::sort(list.begin(), list.end(), [](const auto &a, const auto &b) { return a.start < b.start; });
+    std::sort(list.begin(), list.end(),
+              [](const auto &a, const auto &b) { return a.start < b.start; });
     return list;
 }
 
@@ -82,15 +83,15 @@ void TestEdsProvider::listsTheCalendarsByAccount()
     QVERIFY(team.isSubscribed);
     // EDS sets up "Personal" and the contacts' birthdays in every new home.
     QCOMPARE(calendar(u"Personal"_s).accountKind, CalendarAccountKind::onThisMac);
-    const auto birthdays = std::find_if(m_provider->calendars().cbegin(), m_provider->calendars().cend(),
-                                        [](const CalendarInfo &c) { return c.isBirthdays; });
+    const auto birthdays =
+        std::find_if(m_provider->calendars().cbegin(), m_provider->calendars().cend(),
+                     [](const CalendarInfo &c) { return c.isBirthdays; });
     QVERIFY(birthdays != m_provider->calendars().cend());
     QCOMPARE(birthdays->accountKind, CalendarAccountKind::birthdays);
     // Work and Personal share the "On This Computer" account.
     const QList<CalendarAccountGroup> groups = m_provider->accountGroups();
-    const auto local = std::find_if(groups.cbegin(), groups.cend(), [&](const auto &group) {
-        return group.id == work.accountID;
-    });
+    const auto local = std::find_if(groups.cbegin(), groups.cend(),
+                                    [&](const auto &group) { return group.id == work.accountID; });
     QVERIFY(local != groups.cend());
     QVERIFY(local->calendars.size() >= 2);
 }
@@ -108,14 +109,15 @@ void TestEdsProvider::expandsTheSeededSeries()
                                ? u" for "_s + o.ref.occurrenceDate.toString(Qt::ISODate)
                                : QString()));
     }
-    QCOMPARE(standups, (QStringList {
-                           u"2025-03-03T08:00:00Z"_s,
-                           u"2025-03-10T08:00:00Z"_s,
-                           u"2025-03-25T13:00:00Z for 2025-03-24T08:00:00Z"_s,
-                           u"2025-03-29T09:00:00Z"_s,
-                           u"2025-03-31T07:00:00Z"_s,
-                           u"2025-04-07T07:00:00Z"_s,
-                       }));
+    QCOMPARE(standups,
+             (QStringList {
+                 u"2025-03-03T08:00:00Z"_s,
+                 u"2025-03-10T08:00:00Z"_s,
+                 u"2025-03-25T13:00:00Z for 2025-03-24T08:00:00Z"_s,
+                 u"2025-03-29T09:00:00Z"_s,
+                 u"2025-03-31T07:00:00Z"_s,
+                 u"2025-04-07T07:00:00Z"_s,
+             }));
 }
 
 void TestEdsProvider::announcesEventsCreatedElsewhere()
@@ -126,8 +128,8 @@ void TestEdsProvider::announcesEventsCreatedElsewhere()
     QVERIFY(registry);
     ESource *source = e_source_registry_ref_source(registry, "work-local");
     QVERIFY(source);
-    EClient *client = e_cal_client_connect_sync(source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS, 10,
-                                                nullptr, &error);
+    EClient *client =
+        e_cal_client_connect_sync(source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS, 10, nullptr, &error);
     QVERIFY2(client, error ? error->message : "");
     ICalComponent *event = i_cal_component_new_from_string(
         "BEGIN:VEVENT\r\nUID:launch@example.com\r\nDTSTAMP:20250101T000000Z\r\n"
@@ -144,7 +146,8 @@ void TestEdsProvider::announcesEventsCreatedElsewhere()
     g_object_unref(registry);
 
     QVERIFY(changed.wait(10'000));
-    const QList<ProviderOccurrence> april = read(utc("2025-04-02T00:00Z"), utc("2025-04-03T00:00Z"));
+    const QList<ProviderOccurrence> april =
+        read(utc("2025-04-02T00:00Z"), utc("2025-04-03T00:00Z"));
     QVERIFY(std::any_of(april.cbegin(), april.cend(), [](const ProviderOccurrence &o) {
         return o.title == u"Launch" && o.start == utc("2025-04-02T15:00Z");
     }));
