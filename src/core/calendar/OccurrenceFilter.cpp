@@ -17,12 +17,18 @@ qint64 endMSecs(const ProviderOccurrence &occurrence)
     return occurrence.isAllDay ? start + oneDayMSecs : start;
 }
 
-bool startsBefore(const ProviderOccurrence *a, const ProviderOccurrence *b)
+struct Timed
 {
-    if (a->start != b->start)
-        return a->start < b->start;
-    return a->ref.occurrenceDate < b->ref.occurrenceDate;
-}
+    qint64 start;
+    qint64 scheduled;
+    const ProviderOccurrence *occurrence;
+    qsizetype index = 0;
+
+    bool operator<(const Timed &other) const
+    {
+        return start != other.start ? start < other.start : scheduled < other.scheduled;
+    }
+};
 
 } // namespace
 
@@ -65,22 +71,25 @@ QList<CalendarOccurrence> apply(const QList<ProviderOccurrence> &read,
     const qint64 nowMSecs = now.toMSecsSinceEpoch();
     const qint64 horizonMSecs = now.addDays(horizonDays(settings)).toMSecsSinceEpoch();
 
-    // Every series' occurrences in start order, to find each one's previous occurrence.
-    QHash<CalendarSeriesRef, QList<const ProviderOccurrence *>> series;
+    // Every series' occurrences in start order, to find each one's previous occurrence. The
+    // instants are read once: comparing QDateTimes costs more than the rest of the filter.
+    QHash<CalendarSeriesRef, std::vector<Timed>> series;
     for (const ProviderOccurrence &occurrence : read) {
         if (!occurrence.isCancelled && occurrence.start.isValid())
-            series[occurrence.ref.series].append(&occurrence);
+            series[occurrence.ref.series].push_back(
+                {occurrence.start.toMSecsSinceEpoch(),
+                 occurrence.ref.occurrenceDate.toMSecsSinceEpoch(), &occurrence});
     }
 
+    std::vector<Timed> shownOrder;
     QList<CalendarOccurrence> shown;
     for (auto entry = series.begin(); entry != series.end(); ++entry) {
-        QList<const ProviderOccurrence *> &list = entry.value();
-        std::sort(list.begin(), list.end(), startsBefore);
+        std::vector<Timed> &list = entry.value();
+        std::sort(list.begin(), list.end());
         const bool kept = keptSeries.contains(entry.key());
-        for (qsizetype i = 0; i < list.size(); ++i) {
-            const ProviderOccurrence &occurrence = *list.at(i);
-            if (endMSecs(occurrence) <= nowMSecs
-                || occurrence.start.toMSecsSinceEpoch() >= horizonMSecs)
+        for (size_t i = 0; i < list.size(); ++i) {
+            const ProviderOccurrence &occurrence = *list[i].occurrence;
+            if (endMSecs(occurrence) <= nowMSecs || list[i].start >= horizonMSecs)
                 continue;
             const bool declined = occurrence.participation == CalendarParticipation::declined;
             if (declined && settings.skipDeclined)
@@ -92,19 +101,24 @@ QList<CalendarOccurrence> apply(const QList<ProviderOccurrence> &read,
             CalendarOccurrence copy = copied(occurrence);
             copy.excludedFromAutomatic = declined || occurrence.isAllDay;
             if (i > 0)
-                copy.previousOccurrenceStart = list.at(i - 1)->start;
+                copy.previousOccurrenceStart = list[i - 1].occurrence->start;
+            shownOrder.push_back({list[i].start, list[i].scheduled, &occurrence, shown.size()});
             shown.append(std::move(copy));
         }
     }
     // A stable order, so an unchanged calendar gives an equal list.
-    std::sort(shown.begin(), shown.end(), [](const auto &a, const auto &b) {
+    std::sort(shownOrder.begin(), shownOrder.end(), [](const Timed &a, const Timed &b) {
         if (a.start != b.start)
             return a.start < b.start;
-        if (a.ref.series != b.ref.series)
-            return a.ref.series < b.ref.series;
-        return a.ref.occurrenceDate < b.ref.occurrenceDate;
+        if (a.occurrence->ref.series != b.occurrence->ref.series)
+            return a.occurrence->ref.series < b.occurrence->ref.series;
+        return a.scheduled < b.scheduled;
     });
-    return shown;
+    QList<CalendarOccurrence> ordered;
+    ordered.reserve(shown.size());
+    for (const Timed &timed : shownOrder)
+        ordered.append(std::move(shown[timed.index]));
+    return ordered;
 }
 
 } // namespace OccurrenceFilter
