@@ -46,6 +46,9 @@ IcsProvider::IcsProvider(SubscriptionStore &subscriptions, QNetworkAccessManager
     m_worker.setMaxThreadCount(1);
     connect(&subscriptions, &SubscriptionStore::changed, this, &IcsProvider::follow);
     connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, [this](const QString &path) {
+        // Editors that save by renaming a new file over the old one end the watch: watch again.
+        if (QFileInfo::exists(path) && !m_watcher->files().contains(path))
+            m_watcher->addPath(path);
         for (Entry &entry : m_entries) {
             if (entry.subscription.isLocalFile() && entry.subscription.url.toLocalFile() == path)
                 readFile(entry);
