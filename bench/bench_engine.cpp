@@ -3,7 +3,7 @@
 // calendar refresh. Targets (build with -DCMAKE_BUILD_TYPE=Release): a pass under 1 ms, a rebuild
 // under 5 ms. Prints the median of each.
 
-#include "countdown/CalendarSource.h"
+#include "calendar/CalendarSource.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TickScheduler.h"

@@ -14,10 +14,11 @@ rank_of() {
         core/l10n) echo 40 ;;
         core/parse) echo 40 ;;
         core/time) echo 50 ;;
-        core/calendar) echo 50 ;;
+        core/calendar) echo 55 ;;
         core/countdown) echo 60 ;;
         core/arrival) echo 70 ;;
         core/shortcuts) echo 70 ;;
+        platform/calendars/eds) echo 110 ;; # a plugin over the calendars library
         platform/*) echo 100 ;;
         cli | ui | ui/celebration) echo 200 ;;
         app) echo 300 ;;

@@ -6,12 +6,14 @@
 #include "arrival/NoticeLog.h"
 #include "arrival/RecurrenceCoordinator.h"
 #include "arrival/ReminderScheduler.h"
+#include "calendar/CalendarStore.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TimerTickScheduler.h"
 #include "l10n/LocaleManager.h"
 #include "parse/NaturalDateParser.h"
 #include "platform/notifications/ReachNotificationScheduler.h"
+#include "platform/calendars/CalendarBackends.h"
 #include "platform/session/LoginLaunch.h"
 #include "platform/session/WakeObserver.h"
 #include "platform/session/XdgAutostart.h"
@@ -28,6 +30,7 @@
 #include "storage/StartupMigrations.h"
 #include "ui/AppearanceManager.h"
 #include "ui/ChipPreviewProvider.h"
+#include "ui/CalendarSettingsModel.h"
 #include "ui/CountdownListModel.h"
 #include "ui/EventEditorModel.h"
 #include "ui/OnboardingModel.h"
@@ -137,7 +140,7 @@ void AppDelegate::installInterface()
 {
     if (m_appUIInstalled)
         return;
-    // Slot: calendarStore, attached to the registry as its calendar source.
+    installCalendars();
     installArrivals();
     // Slot: widgetSurface.
     installShortcuts();
@@ -235,6 +238,7 @@ void AppDelegate::installPopup()
             &CountdownListModel::refreshTimes);
     connect(m_popoverController.get(), &PopoverController::shownChanged, this, [this] {
         if (m_popoverController->isShown()) {
+            m_calendarStore->refresh(); // what the user looks at is read again, fetched if due
             m_listModel->refreshTimes();
             m_rowTicker->start();
         } else {
@@ -250,6 +254,23 @@ void AppDelegate::installSettingsWindow()
 {
     // Features add their pages here (calendars, shortcuts, data) with m_settingsPages->addPage().
     m_settingsPages.reset(SettingsPageList::withGeneralPages());
+}
+
+void AppDelegate::installCalendars()
+{
+    m_calendarBackends =
+        std::make_unique<CalendarBackends>(*m_paths, m_files, m_clock, m_localeManager->table());
+    m_calendarBackends->subscriptions().watchFile(); // `tarrow calendars add` while we run
+    m_calendarStore = std::make_unique<CalendarStore>(
+        m_calendarBackends->providers(), *m_settingsStore, *m_eventStore,
+        &m_calendarBackends->subscriptions(), m_clock);
+    m_countdownRegistry->attachCalendarSource(m_calendarStore.get());
+    // After a suspend the calendars may have moved on: read them again (feeds fetched when due).
+    connect(m_wakeObserver.get(), &WakeObserver::wokeUp, m_calendarStore.get(),
+            &CalendarStore::refresh);
+    // The calendars page of the settings window binds to this model.
+    m_calendarSettings = std::make_unique<CalendarSettingsModel>(
+        *m_calendarBackends, *m_calendarStore, *m_settingsStore, *m_localeManager);
 }
 
 void AppDelegate::installStatusItem()

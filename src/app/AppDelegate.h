@@ -13,6 +13,9 @@
 
 class AppURLRouter;
 class AppearanceManager;
+class CalendarBackends;
+class CalendarSettingsModel;
+class CalendarStore;
 class CelebrationCoordinator;
 class CelebrationOverlay;
 class CelebrationSettingsModel;
@@ -105,6 +108,7 @@ public:
     PopupNavigator *popupNavigator() const { return m_navigator.get(); }
     // Where features add their settings pages.
     SettingsPageList *settingsPages() const { return m_settingsPages.get(); }
+    CalendarStore *calendarStore() const { return m_calendarStore.get(); }
 
 private:
     void buildCore();
@@ -117,6 +121,7 @@ private:
     QList<StatusItemMenuEntry> menuEntries();
     void installPopup();
     void installSettingsWindow();
+    void installCalendars();
 
     TrayLaunchOptions m_options;
     QString m_dataDirectory;
@@ -140,7 +145,11 @@ private:
     // Slot: notificationAuthorization, calendarAuthorization.
 
     // The menu-bar interface, in the order it is installed.
-    // Slot: calendarStore (then m_countdownRegistry->attachCalendarSource(calendarStore)).
+    // The calendar providers (added files and feeds, backend plugins) and the store that reads
+    // them, attached to the registry as its calendar source.
+    std::unique_ptr<CalendarBackends> m_calendarBackends;
+    std::unique_ptr<CalendarStore> m_calendarStore;
+    std::unique_ptr<CalendarSettingsModel> m_calendarSettings;
     std::unique_ptr<ReachNotificationScheduler> m_reachNotifier;
     std::unique_ptr<CelebrationOverlay> m_celebrationOverlay;
     std::unique_ptr<CelebrationCoordinator> m_celebrationCoordinator;

@@ -1,6 +1,7 @@
 #include "cli/CommandTable.h"
 
 #include "cli/AddCommand.h"
+#include "cli/CalendarsCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/ParseCommand.h"
 #include "cli/PinCommand.h"
@@ -19,5 +20,6 @@ std::vector<std::unique_ptr<CliCommand>> allCliCommands()
     commands.push_back(std::make_unique<ParseCommand>());
     commands.push_back(std::make_unique<StatusCommand>());
     commands.push_back(std::make_unique<RenderChipCommand>());
+    commands.push_back(std::make_unique<CalendarsCommand>());
     return commands;
 }

@@ -19,6 +19,7 @@ public:
     const PathProvider &paths() const { return *m_paths; }
     EventStore &events() { return *m_events; }
     SettingsStore &settings() { return *m_settings; }
+    FileAccess &files() { return m_files; }
 
 private:
     std::unique_ptr<PathProvider> m_paths;

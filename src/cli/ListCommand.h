@@ -2,7 +2,8 @@
 
 #include "cli/CliCommand.h"
 
-// tarrow list [--json]: the events in the store's order.
+// tarrow list [--json]: the events in the store's order, then the calendar occurrences the list
+// shows (in its order).
 class ListCommand final : public CliCommand
 {
 public:

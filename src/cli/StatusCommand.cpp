@@ -1,5 +1,6 @@
 #include "cli/StatusCommand.h"
 
+#include "cli/CalendarSnapshot.h"
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
 #include "cli/DateArgument.h"
@@ -30,6 +31,12 @@ QString stateWord(ReachState::Kind kind)
     return QStringLiteral("idle");
 }
 
+const QUrl *meetingLink(const std::optional<CountdownItem> &holder)
+{
+    const CalendarOccurrence *occurrence = holder ? holder->occurrence() : nullptr;
+    return occurrence && occurrence->meetingURL ? &*occurrence->meetingURL : nullptr;
+}
+
 void writeHolder(JsonWriter &writer, const std::optional<CountdownItem> &holder)
 {
     if (!holder) {
@@ -42,6 +49,8 @@ void writeHolder(JsonWriter &writer, const std::optional<CountdownItem> &holder)
         writer.uuid(event->id);
     else
         holder->occurrence()->ref.toJson(writer);
+    if (const QUrl *link = meetingLink(holder))
+        writer.key(QLatin1StringView("meetingURL")).string(link->toString());
     writer.key(QLatin1StringView("title")).string(holder->title());
     writer.endObject();
 }
@@ -67,12 +76,13 @@ int StatusCommand::run(const QStringList &arguments, CliContext &context)
 
     EventStore &store = context.data().events();
     const Settings &settings = context.data().settings().settings();
-    const SinglePassEngine pass(store, now);
+    const LanguageTable table = LanguageTable::load(
+        resolveLanguage(settings.language, LocaleManager::systemPreferredLanguages()));
+    CalendarSnapshot calendars(context.data(), now, table);
+    const SinglePassEngine pass(store, now, &calendars.store());
     const CountdownEngine &engine = pass.engine();
 
     const std::optional<CountdownItem> &holder = engine.pinned();
-    const LanguageTable table = LanguageTable::load(
-        resolveLanguage(settings.language, LocaleManager::systemPreferredLanguages()));
     const QString detail = MenubarChipPresentation::detailText(
         engine.state(), holder ? holder->zone() : QTimeZone::systemTimeZone(),
         settings.displayFormat, table);
@@ -90,8 +100,10 @@ int StatusCommand::run(const QStringList &arguments, CliContext &context)
         context.out() << QString::fromUtf8(writer.finish());
         return 0;
     }
-    context.out() << "holder: " << (holder ? holder->title() : QStringLiteral("(none)")) << '\n'
-                  << "state: " << state << '\n'
+    context.out() << "holder: " << (holder ? holder->title() : QStringLiteral("(none)")) << '\n';
+    if (const QUrl *link = meetingLink(holder))
+        context.out() << "join: " << link->toString() << '\n';
+    context.out() << "state: " << state << '\n'
                   << "detail: " << detail << '\n'
                   << "progress: " << QString::number(engine.progress(), 'f', 3) << '\n';
     return 0;

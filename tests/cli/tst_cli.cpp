@@ -38,6 +38,7 @@ private Q_SLOTS:
         m_clock.set(QDateTime(QDate(2026, 11, 22), QTime(10, 0), Qt::UTC));
     }
     void addListPinRemove();
+    void calendarsJoinTheListAndTheStatus();
     void refusals_data();
     void refusals();
     void olderFoldersComeOutInTheCurrentForm_data();
@@ -95,6 +96,51 @@ void TestCli::addListPinRemove()
     QVERIFY(!eventFile().contains("\"pin\"") && !eventFile().contains("dentist"));
 }
 
+void TestCli::calendarsJoinTheListAndTheStatus()
+{
+    // Half an hour after the clock a meeting; before it one the user declined; an all-day event.
+    QFile ics(m_dir->filePath("work.ics"));
+    QVERIFY(ics.open(QIODevice::WriteOnly));
+    ics.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//t//EN\r\n"
+              "BEGIN:VEVENT\r\nUID:review\r\nDTSTART;TZID=Europe/Istanbul:20261122T133000\r\n"
+              "DTEND;TZID=Europe/Istanbul:20261122T140000\r\nSUMMARY:Design review\r\n"
+              "LOCATION:https://acme.zoom.us/j/42\r\nEND:VEVENT\r\n"
+              "BEGIN:VEVENT\r\nUID:sync\r\nDTSTART:20261122T101500Z\r\nSUMMARY:Sync\r\n"
+              "ATTENDEE;PARTSTAT=DECLINED:mailto:me@example.com\r\nEND:VEVENT\r\n"
+              "BEGIN:VEVENT\r\nUID:fair\r\nDTSTART;VALUE=DATE:20261123\r\nSUMMARY:Fair\r\n"
+              "END:VEVENT\r\nEND:VCALENDAR\r\n");
+    ics.close();
+
+    const Result added = run({"calendars", "add", ics.fileName(), "--title", "Work"});
+    QCOMPARE(added.code, 0);
+    QVERIFY2(added.err.isEmpty(), qPrintable(added.err));
+    const QString id = added.out.trimmed();
+    QCOMPARE(run({"calendars", "list"}).out,
+             u"%1  Work  %2  on  ok, read 2026-11-22 13:00\n"_s.arg(id, ics.fileName()));
+    const QJsonObject listed =
+        QJsonDocument::fromJson(run({"calendars", "list", "--json"}).out.toUtf8()).object();
+    QCOMPARE(listed["calendars"][0]["subscription"].toString(), id);
+    QCOMPARE(listed["calendars"][0]["kind"].toString(), u"onThisMac"_s);
+    QCOMPARE(listed["calendars"][0]["status"]["problem"].toString(), u"none"_s);
+
+    // Until the user's address is known, the declined sync counts as anyone's meeting.
+    QCOMPARE(run({"status"}).out.section(u'\n', 0, 0), u"holder: Sync"_s);
+    QCOMPARE(run({"calendars", "addresses", "ME@example.com"}).out, u"me@example.com\n"_s);
+    QCOMPARE(run({"status"}).out.section(u'\n', 0, 1),
+             u"holder: Design review\njoin: https://acme.zoom.us/j/42"_s);
+    QCOMPARE(
+        run({"list"}).out,
+        u"Work  2026-11-22 13:30  until  30m  Design review  join https://acme.zoom.us/j/42\n"_s);
+    const QJsonArray json = QJsonDocument::fromJson(run({"list", "--json"}).out.toUtf8()).array();
+    QCOMPARE(json.size(), 1);
+    QCOMPARE(json[0]["kind"].toString(), u"calendarOccurrence"_s);
+    QCOMPARE(json[0]["meetingURL"].toString(), u"https://acme.zoom.us/j/42"_s);
+
+    QCOMPARE(run({"calendars", "remove", id.left(8)}).code, 0);
+    QCOMPARE(run({"list"}).out, QString());
+    QVERIFY(run({"calendars", "list"}).out.startsWith(u"No calendars."));
+}
+
 void TestCli::refusals_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -110,6 +156,11 @@ void TestCli::refusals_data()
     row("A malformed id", {"remove", "42"}, "is not an event id");
     row("An unknown id", {"pin", "6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11"}, "No event with id");
     row("An unknown command", {"frobnicate"}, "unknown command");
+    row("A calendar that is neither a file nor a web link", {"calendars", "add", "ftp://h/c.ics"},
+        "only iCalendar files and http, https or webcal links");
+    row("An unknown calendar id", {"calendars", "remove", "abcd1234"}, "no added calendar");
+    row("An address that is none", {"calendars", "addresses", "me at home"},
+        "is not an e-mail address");
     row("A malformed instant to parse from", {"parse", "tomorrow", "--now", "next tuesday"},
         "\"next tuesday\" is not an instant");
     row("An unknown chip style", {"render-chip", "--out", "FILE/c.png", "--style", "huge"},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "countdown/CalendarSource.h"
+#include "calendar/CalendarSource.h"
 
 // A calendar store that publishes whatever the test hands it.
 class ListCalendarSource final : public CalendarSource

@@ -1,5 +1,7 @@
 #include "calendar/CalendarRules.h"
 
+#include <algorithm>
+
 CalendarAccountKind accountKind(const CalendarAccountFacts &facts)
 {
     if (facts.isBirthdayCalendar)
@@ -54,4 +56,41 @@ CalendarParticipation participation(const QList<AttendeeFacts> &attendees)
 QString seriesIdentifier(const QString &externalID, const QString &localID)
 {
     return externalID.isEmpty() ? localID : externalID;
+}
+
+QList<CalendarAccountGroup> groupByAccount(const QList<CalendarInfo> &calendars)
+{
+    QList<CalendarAccountGroup> groups;
+    for (const CalendarInfo &calendar : calendars) {
+        auto group = std::find_if(groups.begin(), groups.end(), [&](const auto &candidate) {
+            return candidate.id == calendar.accountID;
+        });
+        if (group == groups.end()) {
+            groups.append({calendar.accountID, calendar.accountTitle, calendar.accountKind, {}});
+            group = groups.end() - 1;
+        }
+        group->calendars.append(calendar);
+    }
+    return groups;
+}
+
+QString accountKindRawValue(CalendarAccountKind kind)
+{
+    switch (kind) {
+    case CalendarAccountKind::iCloud:
+        return QStringLiteral("iCloud");
+    case CalendarAccountKind::google:
+        return QStringLiteral("google");
+    case CalendarAccountKind::exchange:
+        return QStringLiteral("exchange");
+    case CalendarAccountKind::subscribed:
+        return QStringLiteral("subscribed");
+    case CalendarAccountKind::birthdays:
+        return QStringLiteral("birthdays");
+    case CalendarAccountKind::onThisMac:
+        return QStringLiteral("onThisMac");
+    case CalendarAccountKind::other:
+        break;
+    }
+    return QStringLiteral("other");
 }

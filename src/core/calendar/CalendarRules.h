@@ -41,3 +41,9 @@ CalendarParticipation participation(const QList<AttendeeFacts> &attendees);
 
 // A provider's reading of an event's series: its external identifier, else its local one.
 QString seriesIdentifier(const QString &externalID, const QString &localID);
+
+// Calendars grouped by account (`accountID`), groups and calendars in the order they come.
+QList<CalendarAccountGroup> groupByAccount(const QList<CalendarInfo> &calendars);
+
+// The account kind's name as written in JSON output ("iCloud", "google", ..., "onThisMac").
+QString accountKindRawValue(CalendarAccountKind kind);

@@ -1,6 +1,6 @@
 #include "countdown/CountdownRegistry.h"
 
-#include "countdown/CalendarSource.h"
+#include "calendar/CalendarSource.h"
 #include "storage/EventStore.h"
 
 #include <algorithm>

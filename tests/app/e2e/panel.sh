@@ -79,6 +79,19 @@ expect '([.events[] | select(.title == "Dentist checkup")] | length == 0) and .p
 expect '[.events[] | select(.title == "Launch party")] | length == 1'
 echo "Added, edited, pinned and deleted through the popup"
 
+# A calendar added while the app runs: its meeting in 90 minutes takes the panel from the
+# countdown three days away.
+item_label() {
+    gdbus call --session --dest "${item%%/*}" --object-path "/${item#*/}" \
+        --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel
+}
+printf 'BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//e2e//EN\r\nBEGIN:VEVENT\r\nUID:review\r\nDTSTART:%s\r\nDURATION:PT30M\r\nSUMMARY:Design review\r\nLOCATION:https://acme.zoom.us/j/42\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n' \
+    "$(date -u -d '+90 minutes' +%Y%m%dT%H%M%SZ)" >"$world/work.ics"
+"$tarrow" --data-dir "$data" calendars add "$world/work.ics" >/dev/null || fail "could not add a calendar"
+retry 100 bash -c "$(declare -f item_label); item=$item; item_label | grep -q 'Design review'" ||
+    fail "the panel does not show the calendar's meeting: $(item_label)"
+echo "Calendar meeting in the panel: $(item_label)"
+
 # tarrow://settings opens the settings window.
 xdg-open tarrow://settings || fail "xdg-open tarrow://settings failed"
 retry 100 grep -q "Opened the settings window" "$log" || fail "tarrow://settings did not open settings"

@@ -1,0 +1,269 @@
+// iCalendar documents read with libical: recurrences expanded in a window (RRULE with UNTIL and
+// COUNT, RDATE, EXDATE, moved and cancelled RECURRENCE-ID overrides, one moved into the window
+// from outside it) across a DST change, time zones from VTIMEZONE, the zone database, Windows
+// names and X-WR-TIMEZONE, all-day dates as days of the local zone, the user's answer to an
+// invitation, and the meeting link.
+#include "platform/calendars/IcsCalendar.h"
+
+#include "support/Fixtures.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QDateTime utc(const QString &text)
+{
+    return QDateTime::fromString(text, Qt::ISODate).toUTC();
+}
+
+QString iso(const QDateTime &instant)
+{
+    return instant.toUTC().toString(u"yyyy-MM-ddTHH:mmZ"_s);
+}
+
+// One line per occurrence: title, start, the scheduled start when it was moved, end, zone, flags.
+QString describe(const ProviderOccurrence &o)
+{
+    QString line = o.title + u' ' + iso(o.start);
+    if (o.ref.occurrenceDate != o.start)
+        line += u" for "_s + iso(o.ref.occurrenceDate);
+    line += o.end ? u" to "_s + iso(*o.end) : u" no end"_s;
+    line += u' ' + o.timeZoneID;
+    if (o.isAllDay)
+        line += u" all-day"_s;
+    if (o.isCancelled)
+        line += u" cancelled"_s;
+    return line;
+}
+
+IcsReadContext context()
+{
+    return {u"ics-test"_s,
+            u"Test"_s,
+            u"Files"_s,
+            std::nullopt,
+            {u"me@example.com"_s},
+            QTimeZone("Europe/Istanbul")};
+}
+
+std::shared_ptr<IcsCalendar> fixture(const QString &name)
+{
+    QString error;
+    auto calendar = IcsCalendar::parse(fixtureBytes(u"calendars/"_s + name), &error);
+    if (!calendar)
+        qWarning() << name << error;
+    return calendar;
+}
+
+QStringList read(const IcsCalendar &calendar, const QString &from, const QString &to)
+{
+    QList<ProviderOccurrence> occurrences = calendar.occurrences(context(), utc(from), utc(to));
+    std::sort(occurrences.begin(), occurrences.end(),
+              [](const auto &a, const auto &b) { return a.start < b.start; });
+    QStringList lines;
+    for (const ProviderOccurrence &occurrence : occurrences)
+        lines.append(describe(occurrence));
+    return lines;
+}
+
+} // namespace
+
+class TestIcsCalendar : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void expandsInTheWindow_data();
+    void expandsInTheWindow();
+    void readsTheCalendarItself();
+    void readsInvitationsAndMeetingLinks();
+    void refusesWhatIsNotACalendar_data();
+    void refusesWhatIsNotACalendar();
+    void aLargeFeedExpandsInTime();
+};
+
+void TestIcsCalendar::expandsInTheWindow_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<QString>("to");
+    QTest::addColumn<QStringList>("expected");
+
+    // Berlin switches to summer time on 30 March: 09:00 is 08:00Z before and 07:00Z after.
+    QTest::newRow("a weekly meeting keeps its wall time across DST, with exceptions")
+        << u"weekly-berlin.ics"_s << u"2025-03-01T00:00Z"_s << u"2025-04-20T00:00Z"_s
+        << QStringList {
+               u"Planning 2025-03-01T09:00Z to 2025-03-01T10:00Z Europe/Berlin"_s,
+               u"Stand-up 2025-03-03T08:00Z to 2025-03-03T08:15Z Europe/Berlin"_s,
+               u"Stand-up 2025-03-10T08:00Z to 2025-03-10T08:15Z Europe/Berlin"_s,
+               // 17 March is an EXDATE; 24 March moved to the 25th at 14:00.
+               u"Stand-up (moved) 2025-03-25T13:00Z for 2025-03-24T08:00Z to 2025-03-25T13:30Z Europe/Berlin"_s,
+               u"Stand-up 2025-03-29T09:00Z to 2025-03-29T09:15Z Europe/Berlin"_s, // RDATE
+               u"Stand-up 2025-03-31T07:00Z to 2025-03-31T07:15Z Europe/Berlin"_s,
+               u"Planning 2025-04-01T08:00Z to 2025-04-01T09:00Z Europe/Berlin"_s,
+               // The June instance, brought forward into the window.
+               u"Planning (brought forward) 2025-04-02T08:00Z for 2025-06-01T08:00Z to 2025-04-02T09:00Z Europe/Berlin"_s,
+               u"Stand-up 2025-04-07T07:00Z to 2025-04-07T07:15Z Europe/Berlin"_s,
+               u"Stand-up 2025-04-14T07:00Z no end Europe/Berlin cancelled"_s,
+           };
+    QTest::newRow("UNTIL and COUNT end a series")
+        << u"weekly-berlin.ics"_s << u"2025-04-20T00:00Z"_s << u"2025-08-01T00:00Z"_s
+        << QStringList {
+               u"Stand-up 2025-04-21T07:00Z to 2025-04-21T07:15Z Europe/Berlin"_s,
+               u"Planning 2025-05-01T08:00Z to 2025-05-01T09:00Z Europe/Berlin"_s,
+           };
+    QTest::newRow("zones: database, Windows name, UTC, the calendar's zone, unknown")
+        << u"zones.ics"_s << u"2025-03-09T00:00Z"_s << u"2025-03-20T00:00Z"_s
+        << QStringList {
+               u"Outlook zone name 2025-03-12T08:00Z to 2025-03-12T09:00Z Europe/Berlin"_s,
+               u"UTC, no end 2025-03-13T12:00Z no end UTC"_s,
+               u"Floating, read in the calendar's zone 2025-03-14T00:00Z to 2025-03-14T01:00Z Asia/Tokyo"_s,
+               u"Unknown zone, read as floating 2025-03-15T00:00Z no end Asia/Tokyo"_s,
+               u"New York, no VTIMEZONE (EDT since 9 March) 2025-03-10T13:00Z to 2025-03-10T14:00Z America/New_York"_s,
+           };
+    // Dates are days of the user's zone (Istanbul, UTC+3), whatever zone the feed names.
+    QTest::newRow("all-day dates start at the local midnight")
+        << u"all-day.ics"_s << u"2025-03-10T00:00Z"_s << u"2025-03-22T00:00Z"_s
+        << QStringList {
+               u"Ada's birthday 2025-03-11T21:00Z to 2025-03-12T21:00Z Europe/Istanbul all-day"_s,
+               u"Offsite 2025-03-12T21:00Z to 2025-03-14T21:00Z Europe/Istanbul all-day"_s,
+               u"Friday off 2025-03-20T21:00Z to 2025-03-21T21:00Z Europe/Istanbul all-day"_s,
+           };
+}
+
+void TestIcsCalendar::expandsInTheWindow()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, from);
+    QFETCH(QString, to);
+    QFETCH(QStringList, expected);
+    const auto calendar = fixture(file);
+    QVERIFY(calendar);
+    QStringList lines = read(*calendar, from, to);
+    if (file == u"zones.ics") // New York sorts by start; compare as sets
+        std::sort(lines.begin(), lines.end()), std::sort(expected.begin(), expected.end());
+    QCOMPARE(lines, expected);
+}
+
+void TestIcsCalendar::readsTheCalendarItself()
+{
+    const auto calendar = fixture(u"weekly-berlin.ics"_s);
+    QVERIFY(calendar);
+    QCOMPARE(calendar->name(), u"Team"_s);
+    QCOMPARE(calendar->seriesCount(), 2);
+    // #1BADF8FF: Apple's colour with alpha last.
+    const CalendarTint tint = calendar->color().value();
+    QCOMPARE(qRound(tint.red * 255), 0x1B);
+    QCOMPARE(qRound(tint.blue * 255), 0xF8);
+
+    const QList<ProviderOccurrence> occurrences =
+        calendar->occurrences(context(), utc(u"2025-03-03T00:00Z"_s), utc(u"2025-03-04T00:00Z"_s));
+    QCOMPARE(occurrences.size(), 1);
+    const ProviderOccurrence &standup = occurrences.first();
+    QCOMPARE(standup.ref.series.calendarID, u"ics-test"_s);
+    QCOMPARE(standup.ref.series.seriesID, u"standup@example.com"_s);
+    QVERIFY(standup.isRecurring);
+    QCOMPARE(standup.createdAt, utc(u"2025-02-01T12:00Z"_s));
+    QCOMPARE(standup.meetingURL, QUrl(u"https://acme.zoom.us/j/123456"_s));
+}
+
+void TestIcsCalendar::readsInvitationsAndMeetingLinks()
+{
+    const auto calendar = fixture(u"invitations.ics"_s);
+    QVERIFY(calendar);
+    QHash<QString, ProviderOccurrence> bySeries;
+    for (const ProviderOccurrence &o :
+         calendar->occurrences(context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s)))
+        bySeries.insert(o.ref.series.seriesID, o);
+    QCOMPARE(bySeries.size(), 6);
+
+    // The user is found by address, without case and without "mailto:".
+    const ProviderOccurrence declined = bySeries.value(u"declined@example.com"_s);
+    QCOMPARE(declined.participation, CalendarParticipation::declined);
+    // A URL field that is no meeting does not stop the scan: the notes have one.
+    QCOMPARE(declined.externalURL, QUrl(u"https://example.com/agenda"_s));
+    QCOMPARE(declined.meetingURL, QUrl(u"https://meet.google.com/abc-defg-hij"_s));
+
+    const ProviderOccurrence tentative = bySeries.value(u"tentative@example.com"_s);
+    QCOMPARE(tentative.participation, CalendarParticipation::tentative);
+    QCOMPARE(tentative.meetingURL, QUrl(u"https://teams.microsoft.com/l/meetup-join/xyz"_s));
+    QCOMPARE(tentative.location, u"Room 4, https://teams.microsoft.com/l/meetup-join/xyz"_s);
+
+    const ProviderOccurrence pending = bySeries.value(u"pending@example.com"_s);
+    QCOMPARE(pending.participation, CalendarParticipation::pending); // no PARTSTAT: NEEDS-ACTION
+    QCOMPARE(pending.meetingURL, QUrl(u"https://acme.webex.com/meet/x"_s));
+
+    const ProviderOccurrence others = bySeries.value(u"others@example.com"_s);
+    QCOMPARE(others.participation, CalendarParticipation::notAnAttendee);
+    QCOMPARE(others.meetingURL, std::nullopt);
+
+    QVERIFY(bySeries.value(u"cancelled@example.com"_s).isCancelled);
+
+    // Without a UID the series is named by its title and start, the same on every read.
+    const auto local = std::find_if(bySeries.keyBegin(), bySeries.keyEnd(),
+                                    [](const QString &id) { return id.startsWith(u"local-"); });
+    QVERIFY(local != bySeries.keyEnd());
+    const QList<ProviderOccurrence> again =
+        fixture(u"invitations.ics"_s)
+            ->occurrences(context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s));
+    QVERIFY(std::any_of(again.cbegin(), again.cend(), [&](const ProviderOccurrence &o) {
+        return o.ref.series.seriesID == *local;
+    }));
+
+    // Without the user's addresses nobody is the user.
+    IcsReadContext anonymous = context();
+    anonymous.userAddresses.clear();
+    for (const ProviderOccurrence &o :
+         calendar->occurrences(anonymous, utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s)))
+        QCOMPARE(o.participation, CalendarParticipation::notAnAttendee);
+}
+
+void TestIcsCalendar::refusesWhatIsNotACalendar_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("an HTML error page") << QByteArray("<html><body>502 Bad Gateway</body></html>");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("a cut-off header") << QByteArray("BEGIN:VCALEN");
+}
+
+void TestIcsCalendar::refusesWhatIsNotACalendar()
+{
+    QFETCH(QByteArray, bytes);
+    QString error;
+    QVERIFY(!IcsCalendar::parse(bytes, &error));
+    QCOMPARE(error, u"not an iCalendar file"_s);
+}
+
+void TestIcsCalendar::aLargeFeedExpandsInTime()
+{
+    // 10,000 events a little under an hour apart, every hundredth one repeating daily.
+    const QDateTime first = utc(u"2025-01-01T08:00Z"_s);
+    const QDateTime from = utc(u"2025-06-01T00:00Z"_s), to = utc(u"2025-06-08T00:00Z"_s);
+    QByteArray feed = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Tarrow tests//EN\r\n";
+    qsizetype expected = 0;
+    for (int i = 0; i < 10'000; ++i) {
+        const QDateTime start = first.addSecs(qint64(i) * 3137);
+        const bool daily = i % 100 == 0;
+        feed += "BEGIN:VEVENT\r\nUID:e" + QByteArray::number(i)
+            + "\r\nDTSTART:" + start.toString(u"yyyyMMddTHHmmssZ"_s).toLatin1()
+            + "\r\nDURATION:PT30M\r\nSUMMARY:Meeting " + QByteArray::number(i)
+            + (daily ? "\r\nRRULE:FREQ=DAILY" : "") + "\r\nEND:VEVENT\r\n";
+        for (QDateTime at = start; at < to; at = at.addDays(1)) {
+            if (at.addSecs(1800) > from)
+                ++expected;
+            if (!daily)
+                break;
+        }
+    }
+    feed += "END:VCALENDAR\r\n";
+    QString error;
+    const auto calendar = IcsCalendar::parse(feed, &error);
+    QVERIFY(calendar);
+    QCOMPARE(calendar->seriesCount(), 10'000);
+    QCOMPARE(calendar->occurrences(context(), from, to).size(), expected);
+}
+
+QTEST_GUILESS_MAIN(TestIcsCalendar)
+#include "tst_icscalendar.moc"
