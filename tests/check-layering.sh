@@ -15,8 +15,10 @@ rank_of() {
         core/parse) echo 40 ;;
         core/time) echo 50 ;;
         core/calendar) echo 50 ;;
+        core/backup) echo 55 ;;
         core/countdown) echo 60 ;;
         core/arrival) echo 70 ;;
+        core/automation) echo 70 ;;
         platform/*) echo 100 ;;
         cli | ui) echo 200 ;;
         app) echo 300 ;;

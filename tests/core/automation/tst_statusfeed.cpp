@@ -1,0 +1,162 @@
+// What the panel shows, as status bars and widgets read it: the snapshot lines across an arrival,
+// which changes count, and the snapshot file in the runtime folder.
+#include "automation/StatusFeed.h"
+#include "automation/WidgetSnapshotWriter.h"
+#include "countdown/CountdownEngine.h"
+#include "countdown/CountdownRegistry.h"
+#include "countdown/MenubarSubject.h"
+#include "l10n/LocaleManager.h"
+#include "storage/EventStore.h"
+#include "storage/SettingsStore.h"
+#include "support/FakeClock.h"
+#include "support/FakeTickScheduler.h"
+#include "support/Fixtures.h"
+#include "support/ItemFixtures.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Fixture;
+using namespace Qt::StringLiterals;
+
+static const QDateTime start = at("2026-03-01T12:00:00Z");
+
+struct World
+{
+    explicit World(const QList<Event> &events)
+    {
+        for (const Event &event : events)
+            store.addEvent(event);
+        engine.runFullPass();
+        feed.refresh();
+    }
+    // The chip's inputs as the status item takes them from the engine and the settings.
+    MenubarChipInputs inputs() const
+    {
+        MenubarChipInputs inputs;
+        if (engine.pinned())
+            inputs.subject = MenubarSubject::of(*engine.pinned());
+        inputs.state = engine.state();
+        inputs.progress = engine.progress();
+        inputs.displayFormat = settings.settings().displayFormat;
+        return inputs;
+    }
+    QJsonObject line() const { return QJsonDocument::fromJson(feed.snapshot().barLine()).object(); }
+
+    TempPathProvider paths;
+    DiskFileAccess files;
+    EventStore store {paths, files};
+    SettingsStore settings {paths, files};
+    CountdownRegistry registry {store};
+    FakeClock clock {start};
+    FakeTickScheduler scheduler;
+    CountdownEngine engine {store, registry, clock, scheduler};
+    LocaleManager locale {settings, [] { return QStringList {"en"}; }};
+    StatusFeed feed {engine, settings, locale, clock, [this] { return inputs(); }};
+};
+
+class tst_StatusFeed : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void followsACountdownThroughItsArrival();
+    void progressOfLessThanAPercentIsNoChange();
+    void aNewLanguageIsAChange();
+    void snapshotFileFollowsTheListAndGoesWithTheApp();
+};
+
+void tst_StatusFeed::followsACountdownThroughItsArrival()
+{
+    // A countdown that celebrates its arrival holds the panel until the celebration was seen.
+    Event tea = countdown(u"Tea"_s, start.addSecs(90));
+    tea.celebrationEnabled = true;
+    World world({tea});
+    // One line, keys in sorted order, the chip's text and the item's sentence.
+    const QByteArray first = world.feed.snapshot().barLine();
+    QVERIFY(!first.contains('\n'));
+    const QByteArray head = "{\"class\":\"counting\",\"detail\":\"1m\",\"holder\":{\"id\":";
+    const QByteArray tail =
+        "\"state\":\"counting\",\"text\":\"Tea 1m\",\"tooltip\":\"1m until “Tea”.\"}";
+    QVERIFY2(first.startsWith(head) && first.endsWith(tail), first);
+
+    QStringList texts;
+    connect(&world.feed, &StatusFeed::snapshotChanged, this,
+            [&] { texts.append(world.line().value(u"text").toString()); });
+    while (world.clock.now() < start.addSecs(95)) {
+        world.clock.advance(world.scheduler.interval().count());
+        world.scheduler.fire();
+    }
+    // Every line says something new: each second of the last minute, then the arrival.
+    QCOMPARE(texts.first(), u"Tea 1:00"_s);
+    QCOMPARE(texts.at(texts.size() - 2), u"Tea 0:01"_s);
+    QCOMPARE(texts.size(), 61);
+    QCOMPARE(world.line().value(u"text").toString(), u"Tea ✓"_s);
+    QCOMPARE(world.line().value(u"class").toString(), u"reached"_s);
+    QCOMPARE(world.line().value(u"tooltip").toString(), u"“Tea” has arrived."_s);
+}
+
+void tst_StatusFeed::progressOfLessThanAPercentIsNoChange()
+{
+    // Halfway through ten days, with "5d 0h" left for an hour: that hour of ticks moves the
+    // progress by less than a percent.
+    World world({countdown(u"Trip"_s, start.addSecs(5 * 86400 + 3599))});
+    QCOMPARE(world.line().value(u"percentage").toInt(), 50);
+    QSignalSpy changes(&world.feed, &StatusFeed::snapshotChanged);
+    for (int tick = 0; tick < 59; ++tick) {
+        world.clock.advance(60);
+        world.scheduler.fire();
+    }
+    QCOMPARE(changes.count(), 0);
+    world.clock.advance(60);
+    world.scheduler.fire();
+    QCOMPARE(changes.count(), 1); // "4d 23h"
+    QCOMPARE(world.line().value(u"detail").toString(), u"4d 23h"_s);
+}
+
+void tst_StatusFeed::aNewLanguageIsAChange()
+{
+    World world({countdown(u"Urlaub"_s, start.addSecs(26 * 3600))});
+    QSignalSpy changes(&world.feed, &StatusFeed::snapshotChanged);
+    Settings german = world.settings.settings();
+    german.language = LanguagePref::de;
+    world.settings.setSettings(german);
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(world.line().value(u"text").toString(), u"Urlaub 1T 2Std"_s);
+    QCOMPARE(world.line().value(u"tooltip").toString(), u"Noch 1T 2Std bis „Urlaub“."_s);
+}
+
+void tst_StatusFeed::snapshotFileFollowsTheListAndGoesWithTheApp()
+{
+    QTemporaryDir runtime;
+    const QString path = WidgetSnapshotWriter::defaultPath(runtime.path(), u"/data"_s, true);
+    QCOMPARE(path, runtime.filePath(u"tarrow/widget-snapshot.json"_s));
+    QVERIFY(WidgetSnapshotWriter::defaultPath(runtime.path(), u"/tmp/demo"_s, false)
+                .contains(QRegularExpression(u"tarrow/widget-snapshot-[0-9a-f]{16}\\.json$"_s)));
+
+    World world({countdown(u"Tea"_s, start.addSecs(90))});
+    {
+        WidgetSnapshotWriter writer(world.feed, world.registry, world.clock, world.files, path);
+        const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
+            | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        QCOMPARE(QFile::permissions(runtime.filePath(u"tarrow"_s)) & others, QFile::Permissions());
+        QVERIFY(world.store.addEvent(countUp(u"Quit"_s, start.addDays(-400))));
+        const QJsonObject file = QJsonDocument::fromJson(readFile(path)).object();
+        QCOMPARE(file.value(u"updatedAt").toString(), u"2026-03-01T12:00:00.000Z"_s);
+        QCOMPARE(file.value(u"status").toObject().value(u"text").toString(), u"Tea 1m"_s);
+        const QJsonArray items = file.value(u"items").toArray();
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items.at(1).toObject(),
+                 QJsonObject({{"date", "2025-01-25T12:00:00.000Z"}, {"kind", "countUp"},
+                              {"reached", false}, {"symbol", "hourglass"}, {"title", "Quit"}}));
+    }
+    QVERIFY(!QFile::exists(path));
+}
+
+QTEST_GUILESS_MAIN(tst_StatusFeed)
+#include "tst_statusfeed.moc"
