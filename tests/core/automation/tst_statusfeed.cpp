@@ -4,10 +4,10 @@
 #include "automation/WidgetSnapshotWriter.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
-#include "countdown/MenubarSubject.h"
 #include "l10n/LocaleManager.h"
 #include "storage/EventStore.h"
 #include "storage/SettingsStore.h"
+#include "support/ChipInputs.h"
 #include "support/FakeClock.h"
 #include "support/FakeTickScheduler.h"
 #include "support/Fixtures.h"
@@ -35,17 +35,6 @@ struct World
         engine.runFullPass();
         feed.refresh();
     }
-    // The chip's inputs as the status item takes them from the engine and the settings.
-    MenubarChipInputs inputs() const
-    {
-        MenubarChipInputs inputs;
-        if (engine.pinned())
-            inputs.subject = MenubarSubject::of(*engine.pinned());
-        inputs.state = engine.state();
-        inputs.progress = engine.progress();
-        inputs.displayFormat = settings.settings().displayFormat;
-        return inputs;
-    }
     QJsonObject line() const { return QJsonDocument::fromJson(feed.snapshot().barLine()).object(); }
 
     TempPathProvider paths;
@@ -56,8 +45,12 @@ struct World
     FakeClock clock {start};
     FakeTickScheduler scheduler;
     CountdownEngine engine {store, registry, clock, scheduler};
-    LocaleManager locale {settings, [] { return QStringList {"en"}; }};
-    StatusFeed feed {engine, settings, locale, clock, [this] { return inputs(); }};
+    LocaleManager locale {settings, [] {
+                              return QStringList {"en"};
+                          }};
+    StatusFeed feed {engine, settings, locale, clock, [this] {
+                         return chipInputs(engine, settings.settings());
+                     }};
 };
 
 class tst_StatusFeed : public QObject
@@ -152,8 +145,11 @@ void tst_StatusFeed::snapshotFileFollowsTheListAndGoesWithTheApp()
         const QJsonArray items = file.value(u"items").toArray();
         QCOMPARE(items.size(), 2);
         QCOMPARE(items.at(1).toObject(),
-                 QJsonObject({{"date", "2025-01-25T12:00:00.000Z"}, {"kind", "countUp"},
-                              {"reached", false}, {"symbol", "hourglass"}, {"title", "Quit"}}));
+                 QJsonObject({{"date", "2025-01-25T12:00:00.000Z"},
+                              {"kind", "countUp"},
+                              {"reached", false},
+                              {"symbol", "hourglass"},
+                              {"title", "Quit"}}));
     }
     QVERIFY(!QFile::exists(path));
 }
