@@ -1,6 +1,8 @@
 #include "cli/CommandTable.h"
 
 #include "cli/AddCommand.h"
+#include "cli/BackupCommands.h"
+#include "cli/IntentCommands.h"
 #include "cli/ListCommand.h"
 #include "cli/ParseCommand.h"
 #include "cli/PinCommand.h"
@@ -19,5 +21,10 @@ std::vector<std::unique_ptr<CliCommand>> allCliCommands()
     commands.push_back(std::make_unique<ParseCommand>());
     commands.push_back(std::make_unique<StatusCommand>());
     commands.push_back(std::make_unique<RenderChipCommand>());
+    commands.push_back(std::make_unique<CreateCommand>());
+    commands.push_back(std::make_unique<NextCommand>());
+    commands.push_back(std::make_unique<TimeUntilCommand>());
+    commands.push_back(std::make_unique<ExportCommand>());
+    commands.push_back(std::make_unique<ImportCommand>());
     return commands;
 }
