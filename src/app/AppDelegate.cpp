@@ -1,16 +1,22 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppURLRouter.h"
+#include "automation/CountdownIntents.h"
+#include "automation/StatusFeed.h"
+#include "automation/WidgetSnapshotWriter.h"
+#include "backup/BackupFlow.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TimerTickScheduler.h"
 #include "l10n/LocaleManager.h"
 #include "parse/NaturalDateParser.h"
+#include "platform/automation/AutomationDBusService.h"
 #include "platform/session/LoginLaunch.h"
 #include "platform/session/XdgAutostart.h"
 #include "platform/tray/AutoStatusItemHost.h"
 #include "platform/tray/StatusItemController.h"
 #include "platform/tray/SystemTrayIconHost.h"
+#include "platform/updates/UpdateChecker.h"
 #include "storage/EventStore.h"
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
@@ -23,7 +29,9 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QNetworkAccessManager>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTimer>
 
 Q_LOGGING_CATEGORY(lcAppDelegate, "AppDelegate")
@@ -88,6 +96,8 @@ void AppDelegate::buildCore()
     m_localeManager = std::make_unique<LocaleManager>(*m_settingsStore);
     // Slot: wakeObserver over the session's sleep and wake signals.
     // Slot: notificationAuthorization, calendarAuthorization.
+    m_intents = std::make_unique<CountdownIntents>(*m_eventStore, *m_countdownRegistry, m_clock,
+                                                   *m_settingsStore, *m_localeManager);
     qCDebug(lcAppDelegate).noquote()
         << QStringLiteral("Built the core over %1").arg(m_dataDirectory);
 }
@@ -99,7 +109,17 @@ void AppDelegate::installInterface()
     // Slot: calendarStore, attached to the registry as its calendar source.
     // Slot: celebrationCoordinator with its ReachNotificationScheduler.
     // Slot: recurrenceCoordinator.
-    // Slot: widgetSurface, reminderSurface.
+    m_statusFeed = std::make_unique<StatusFeed>(
+        *m_countdownEngine, *m_settingsStore, *m_localeManager, m_clock, [this] {
+            return StatusItemController::inputsFrom(*m_countdownEngine,
+                                                    m_settingsStore->settings());
+        });
+    m_widgetSnapshot = std::make_unique<WidgetSnapshotWriter>(
+        *m_statusFeed, *m_countdownRegistry, m_clock, m_files,
+        WidgetSnapshotWriter::defaultPath(
+            QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation), m_dataDirectory,
+            m_options.dataDirectory.isEmpty()));
+    // Slot: reminderSurface.
     // Slot: shortcutsService.
     m_listModel = std::make_unique<CountdownListModel>(
         *m_countdownRegistry, m_clock, [this](const CountdownItem &item, const QDateTime &now) {
@@ -140,6 +160,10 @@ void AppDelegate::installInterface()
     });
     installStatusItem();
     // Slot: reviewPromptCoordinator.
+    m_backupService = std::make_unique<BackupService>(*m_eventStore, m_files, m_clock);
+    m_backupFlow = std::make_unique<BackupFlow>(*m_backupService, *m_localeManager, m_clock);
+    installAutomation();
+    startUpdateChecks();
     m_appUIInstalled = true;
     if (m_pendingPopoverReveal) {
         m_pendingPopoverReveal = false;
@@ -187,6 +211,25 @@ void AppDelegate::installStatusItem()
             anchor = QRect(click.position, QSize(1, 1));
         m_popoverController->toggle(anchor);
     });
+}
+
+void AppDelegate::installAutomation()
+{
+    m_automationService =
+        std::make_unique<AutomationDBusService>(*m_intents, m_statusFeed.get(), m_dataDirectory);
+    m_automationService->registerOn(QDBusConnection::sessionBus());
+}
+
+void AppDelegate::startUpdateChecks()
+{
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_updaterDefaults = std::make_unique<QSettings>();
+    m_appcastFacade = std::make_unique<AppcastFacade>(AppcastFacade::buildFeedUrl(),
+                                                      QCoreApplication::applicationVersion(),
+                                                      *m_network, *m_updaterDefaults, m_clock);
+    m_updateChecker = std::make_unique<UpdateChecker>(*m_appcastFacade);
+    m_appcastFacade->start();
+    m_appcastFacade->launchCheck();
 }
 
 bool AppDelegate::onboardingCompleted() const

@@ -10,21 +10,31 @@
 #include <memory>
 #include <optional>
 
+class AppcastFacade;
 class AppURLRouter;
+class AutomationDBusService;
+class BackupFlow;
+class BackupService;
 class CountdownEngine;
+class CountdownIntents;
 class CountdownListModel;
 class CountdownRegistry;
 class DefaultPathProvider;
 class EventStore;
 class LocaleManager;
 class PopoverController;
+class QNetworkAccessManager;
+class QSettings;
 class QTimer;
 class QuickEntryController;
 class TableTranslator;
 class SettingsStore;
 class StatusItemController;
+class StatusFeed;
 class StatusItemHost;
 class TimerTickScheduler;
+class UpdateChecker;
+class WidgetSnapshotWriter;
 class XdgAutostart;
 
 Q_DECLARE_LOGGING_CATEGORY(lcAppDelegate)
@@ -64,11 +74,16 @@ public:
     bool hasPendingPopoverReveal() const { return m_pendingPopoverReveal; }
     EventStore *eventStore() const { return m_eventStore.get(); }
     PopoverController *popoverController() const { return m_popoverController.get(); }
+    // The models of the data and about pages of the settings window.
+    BackupFlow *backupFlow() const { return m_backupFlow.get(); }
+    UpdateChecker *updateChecker() const { return m_updateChecker.get(); }
 
 private:
     void buildCore();
     void installInterface();
     void installStatusItem();
+    void installAutomation();
+    void startUpdateChecks();
     bool onboardingCompleted() const;
 
     TrayLaunchOptions m_options;
@@ -91,12 +106,17 @@ private:
     std::unique_ptr<LocaleManager> m_localeManager;
     // Slot: wakeObserver (sleep and wake of the system; a full engine pass on wake).
     // Slot: notificationAuthorization, calendarAuthorization.
+    // What the automation intents act on, shared by the session bus service.
+    std::unique_ptr<CountdownIntents> m_intents;
 
     // The menu-bar interface, in the order it is installed.
     // Slot: calendarStore (then m_countdownRegistry->attachCalendarSource(calendarStore)).
     // Slot: celebrationCoordinator with its ReachNotificationScheduler.
     // Slot: recurrenceCoordinator.
-    // Slot: widgetSurface, reminderSurface.
+    // widgetSurface: what the panel shows, for status bars, widgets and the session bus.
+    std::unique_ptr<StatusFeed> m_statusFeed;
+    std::unique_ptr<WidgetSnapshotWriter> m_widgetSnapshot;
+    // Slot: reminderSurface.
     // Slot: shortcutsService (toggle popup, new countdown).
     std::unique_ptr<CountdownListModel> m_listModel;
     std::unique_ptr<QuickEntryController> m_quickEntry;
@@ -106,6 +126,14 @@ private:
     std::unique_ptr<StatusItemHost> m_statusItemHost;
     std::unique_ptr<StatusItemController> m_statusItemController;
     // Slot: reviewPromptCoordinator.
+    std::unique_ptr<BackupService> m_backupService;
+    std::unique_ptr<BackupFlow> m_backupFlow;
+    std::unique_ptr<AutomationDBusService> m_automationService;
+    // Update checks (the support kit).
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<QSettings> m_updaterDefaults;
+    std::unique_ptr<AppcastFacade> m_appcastFacade;
+    std::unique_ptr<UpdateChecker> m_updateChecker;
 
     bool m_appUIInstalled = false;
     bool m_pendingPopoverReveal = false;
