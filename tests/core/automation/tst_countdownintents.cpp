@@ -29,7 +29,9 @@ struct World
     ListCalendarSource calendar;
     CountdownRegistry registry {store};
     FakeClock clock {start};
-    LocaleManager locale {settings, [] { return QStringList {"en"}; }};
+    LocaleManager locale {settings, [] {
+                              return QStringList {"en"};
+                          }};
     CountdownIntents intents {store, registry, clock, settings, locale};
 };
 
@@ -61,13 +63,13 @@ void tst_CountdownIntents::create_data()
     const QDateTime tomorrow = start.addDays(1);
     const int invalidTitle = int(IntentError::Kind::invalidTitle);
     const int pastDate = int(IntentError::Kind::pastDate);
-    QTest::newRow("A 40-character title is accepted") << QString(40, u'a') << tomorrow << noError
-                                                      << true;
-    QTest::newRow("A 41-character title is refused") << QString(41, u'a') << tomorrow
-                                                     << invalidTitle << false;
+    QTest::newRow("A 40-character title is accepted")
+        << QString(40, u'a') << tomorrow << noError << true;
+    QTest::newRow("A 41-character title is refused")
+        << QString(41, u'a') << tomorrow << invalidTitle << false;
     QTest::newRow("An empty title is refused") << QString() << tomorrow << invalidTitle << false;
-    QTest::newRow("A title of white space is refused") << u"   "_s << tomorrow << invalidTitle
-                                                       << false;
+    QTest::newRow("A title of white space is refused")
+        << u"   "_s << tomorrow << invalidTitle << false;
     QTest::newRow("Forty emoji with skin tones are forty characters")
         << u"👍🏽"_s.repeated(40) << tomorrow << noError << true;
     QTest::newRow("A date one second in the past is refused")
@@ -117,7 +119,8 @@ void tst_CountdownIntents::aFailedSaveIsTheIntentsFailure()
     World world;
     world.files.failWrites = true;
     const IntentAnswer answer = world.intents.createCountdown(u"Dentist"_s, start.addDays(1));
-    QCOMPARE(answer.error, (IntentError {IntentError::Kind::saveFailed, "No space left on device"}));
+    QCOMPARE(answer.error,
+             (IntentError {IntentError::Kind::saveFailed, "No space left on device"}));
     QCOMPARE(world.intents.message(*answer.error),
              u"The countdown could not be saved: No space left on device"_s);
 }
@@ -127,16 +130,16 @@ void tst_CountdownIntents::datesFromText_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QDateTime>("expected");
 
-    QTest::newRow("A day is its start in the local zone") << u"2026-03-05"_s
-                                                          << at("2026-03-04T21:00:00Z");
-    QTest::newRow("A wall time is read in the local zone") << u"2026-03-05T18:30"_s
-                                                           << at("2026-03-05T15:30:00Z");
-    QTest::newRow("An instant keeps its offset") << u"2026-03-05T18:30:00Z"_s
-                                                 << at("2026-03-05T18:30:00Z");
-    QTest::newRow("A phrase that is only a date is understood") << u"tomorrow at 3pm"_s
-                                                                << at("2026-03-02T12:00:00Z");
-    QTest::newRow("A phrase with other words is not a date") << u"dentist tomorrow"_s
-                                                             << QDateTime();
+    QTest::newRow("A day is its start in the local zone")
+        << u"2026-03-05"_s << at("2026-03-04T21:00:00Z");
+    QTest::newRow("A wall time is read in the local zone")
+        << u"2026-03-05T18:30"_s << at("2026-03-05T15:30:00Z");
+    QTest::newRow("An instant keeps its offset")
+        << u"2026-03-05T18:30:00Z"_s << at("2026-03-05T18:30:00Z");
+    QTest::newRow("A phrase that is only a date is understood")
+        << u"tomorrow at 3pm"_s << at("2026-03-02T12:00:00Z");
+    QTest::newRow("A phrase with other words is not a date")
+        << u"dentist tomorrow"_s << QDateTime();
     QTest::newRow("Words without a date are not a date") << u"some day"_s << QDateTime();
 }
 
@@ -165,24 +168,24 @@ void tst_CountdownIntents::next_data()
     const Event later = countdown(u"Trip"_s, start.addDays(3));
     const CalendarOccurrence standup = occurrence(u"standup"_s, u"Standup"_s, start.addSecs(7200));
     const QString none = u"There are no upcoming countdowns."_s;
-    QTest::newRow("Nothing at all answers none") << QList<Event>() << QList<CalendarOccurrence>()
-                                                 << false << none;
+    QTest::newRow("Nothing at all answers none")
+        << QList<Event>() << QList<CalendarOccurrence>() << false << none;
     QTest::newRow("Only count-ups and past items answer none")
         << QList {countUp(u"Quit"_s, start.addDays(-3)), reached(countdown(u"Gone"_s, start))}
         << QList<CalendarOccurrence>() << false << none;
-    QTest::newRow("The earliest countdown wins") << QList {later, soon}
-                                                 << QList<CalendarOccurrence>() << false
-                                                 << u"1d 2h until “Dentist”."_s;
+    QTest::newRow("The earliest countdown wins")
+        << QList {later, soon} << QList<CalendarOccurrence>() << false
+        << u"1d 2h until “Dentist”."_s;
     QTest::newRow("A calendar event that starts sooner wins")
         << QList {soon} << QList {standup} << false << u"2h 0m until “Standup”."_s;
     QTest::newRow("A hidden calendar series does not count")
         << QList {soon} << QList {standup} << true << u"1d 2h until “Dentist”."_s;
     QTest::newRow("A calendar event that has started does not count")
-        << QList<Event>() << QList {occurrence(u"x"_s, u"Running"_s, start.addSecs(-60))}
-        << false << none;
+        << QList<Event>() << QList {occurrence(u"x"_s, u"Running"_s, start.addSecs(-60))} << false
+        << none;
     QTest::newRow("A countdown not yet stamped as arrived has arrived")
-        << QList {countdown(u"Bell"_s, start.addSecs(-60))} << QList<CalendarOccurrence>()
-        << false << u"“Bell” has arrived."_s;
+        << QList {countdown(u"Bell"_s, start.addSecs(-60))} << QList<CalendarOccurrence>() << false
+        << u"“Bell” has arrived."_s;
 }
 
 void tst_CountdownIntents::next()
