@@ -1,17 +1,9 @@
 // What the panel shows, as status bars and widgets read it: the snapshot lines across an arrival,
 // which changes count, and the snapshot file in the runtime folder.
-#include "automation/StatusFeed.h"
 #include "automation/WidgetSnapshotWriter.h"
-#include "countdown/CountdownEngine.h"
-#include "countdown/CountdownRegistry.h"
-#include "l10n/LocaleManager.h"
-#include "storage/EventStore.h"
-#include "storage/SettingsStore.h"
-#include "support/ChipInputs.h"
-#include "support/FakeClock.h"
-#include "support/FakeTickScheduler.h"
 #include "support/Fixtures.h"
 #include "support/ItemFixtures.h"
+#include "support/PanelCore.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -26,9 +18,10 @@ using namespace Qt::StringLiterals;
 
 static const QDateTime start = at("2026-03-01T12:00:00Z");
 
-struct World
+struct World : PanelCore
 {
     explicit World(const QList<Event> &events)
+        : PanelCore(start)
     {
         for (const Event &event : events)
             store.addEvent(event);
@@ -36,21 +29,6 @@ struct World
         feed.refresh();
     }
     QJsonObject line() const { return QJsonDocument::fromJson(feed.snapshot().barLine()).object(); }
-
-    TempPathProvider paths;
-    DiskFileAccess files;
-    EventStore store {paths, files};
-    SettingsStore settings {paths, files};
-    CountdownRegistry registry {store};
-    FakeClock clock {start};
-    FakeTickScheduler scheduler;
-    CountdownEngine engine {store, registry, clock, scheduler};
-    LocaleManager locale {settings, [] {
-                              return QStringList {"en"};
-                          }};
-    StatusFeed feed {engine, settings, locale, clock, [this] {
-                         return chipInputs(engine, settings.settings());
-                     }};
 };
 
 class tst_StatusFeed : public QObject

@@ -1,16 +1,9 @@
 // The running app's automation on a private session bus: the messages a client sends and gets
 // back, the errors, introspection, the well-known name, and the status signal.
-#include "automation/StatusFeed.h"
-#include "countdown/CountdownRegistry.h"
-#include "l10n/LocaleManager.h"
 #include "platform/automation/AutomationClient.h"
 #include "platform/automation/AutomationDBusService.h"
-#include "storage/EventStore.h"
-#include "storage/SettingsStore.h"
-#include "support/ChipInputs.h"
-#include "support/FakeClock.h"
-#include "support/FakeTickScheduler.h"
 #include "support/ItemFixtures.h"
+#include "support/PanelCore.h"
 #include "support/PrivateSessionBus.h"
 
 #include <QDBusMessage>
@@ -22,27 +15,14 @@ using namespace Qt::StringLiterals;
 static const QDateTime start = Fixture::at("2026-03-01T12:00:00Z"); // 15:00 in Istanbul
 
 // One app's core and its automation service on a connection of its own.
-struct App
+struct App : PanelCore
 {
     App(const PrivateSessionBus &bus, const QString &name)
-        : connection(bus.connect(name))
+        : PanelCore(start)
+        , connection(bus.connect(name))
     {
     }
 
-    TempPathProvider paths;
-    DiskFileAccess files;
-    EventStore store {paths, files};
-    SettingsStore settings {paths, files};
-    CountdownRegistry registry {store};
-    FakeClock clock {start};
-    FakeTickScheduler scheduler;
-    CountdownEngine engine {store, registry, clock, scheduler};
-    LocaleManager locale {settings, [] {
-                              return QStringList {"en"};
-                          }};
-    StatusFeed feed {engine, settings, locale, clock, [this] {
-                         return chipInputs(engine, settings.settings());
-                     }};
     CountdownIntents intents {store, registry, clock, settings, locale};
     AutomationDBusService service {intents, &feed, paths.supportDirectory()};
     QDBusConnection connection;
