@@ -1,5 +1,5 @@
-// What the panel shows, as status bars and widgets read it: the snapshot lines across an arrival,
-// which changes count, and the snapshot file in the runtime folder.
+// What the panel shows, as status bars and widgets read it: which changes count, and the snapshot
+// file in the runtime folder (the lines across an arrival: tst_automationcli).
 #include "automation/WidgetSnapshotWriter.h"
 #include "support/Fixtures.h"
 #include "support/ItemFixtures.h"
@@ -36,41 +36,9 @@ class tst_StatusFeed : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void followsACountdownThroughItsArrival();
     void progressOfLessThanAPercentIsNoChange();
-    void aNewLanguageIsAChange();
     void snapshotFileFollowsTheListAndGoesWithTheApp();
 };
-
-void tst_StatusFeed::followsACountdownThroughItsArrival()
-{
-    // A countdown that celebrates its arrival holds the panel until the celebration was seen.
-    Event tea = countdown(u"Tea"_s, start.addSecs(90));
-    tea.celebrationEnabled = true;
-    World world({tea});
-    // One line, keys in sorted order, the chip's text and the item's sentence.
-    const QByteArray first = world.feed.snapshot().barLine();
-    QVERIFY(!first.contains('\n'));
-    const QByteArray head = "{\"class\":\"counting\",\"detail\":\"1m\",\"holder\":{\"id\":";
-    const QByteArray tail =
-        "\"state\":\"counting\",\"text\":\"Tea 1m\",\"tooltip\":\"1m until “Tea”.\"}";
-    QVERIFY2(first.startsWith(head) && first.endsWith(tail), first);
-
-    QStringList texts;
-    connect(&world.feed, &StatusFeed::snapshotChanged, this,
-            [&] { texts.append(world.line().value(u"text").toString()); });
-    while (world.clock.now() < start.addSecs(95)) {
-        world.clock.advance(world.scheduler.interval().count());
-        world.scheduler.fire();
-    }
-    // Every line says something new: each second of the last minute, then the arrival.
-    QCOMPARE(texts.first(), u"Tea 1:00"_s);
-    QCOMPARE(texts.at(texts.size() - 2), u"Tea 0:01"_s);
-    QCOMPARE(texts.size(), 61);
-    QCOMPARE(world.line().value(u"text").toString(), u"Tea ✓"_s);
-    QCOMPARE(world.line().value(u"class").toString(), u"reached"_s);
-    QCOMPARE(world.line().value(u"tooltip").toString(), u"“Tea” has arrived."_s);
-}
 
 void tst_StatusFeed::progressOfLessThanAPercentIsNoChange()
 {
@@ -88,18 +56,6 @@ void tst_StatusFeed::progressOfLessThanAPercentIsNoChange()
     world.scheduler.fire();
     QCOMPARE(changes.count(), 1); // "4d 23h"
     QCOMPARE(world.line().value(u"detail").toString(), u"4d 23h"_s);
-}
-
-void tst_StatusFeed::aNewLanguageIsAChange()
-{
-    World world({countdown(u"Urlaub"_s, start.addSecs(26 * 3600))});
-    QSignalSpy changes(&world.feed, &StatusFeed::snapshotChanged);
-    Settings german = world.settings.settings();
-    german.language = LanguagePref::de;
-    world.settings.setSettings(german);
-    QCOMPARE(changes.count(), 1);
-    QCOMPARE(world.line().value(u"text").toString(), u"Urlaub 1T 2Std"_s);
-    QCOMPARE(world.line().value(u"tooltip").toString(), u"Noch 1T 2Std bis „Urlaub“."_s);
 }
 
 void tst_StatusFeed::snapshotFileFollowsTheListAndGoesWithTheApp()

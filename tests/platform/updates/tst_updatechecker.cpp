@@ -17,32 +17,19 @@ using std::chrono::milliseconds;
 
 namespace {
 
+// A feed with a release for another system, `newest` and an older one.
 QByteArray appcast(const QByteArray &newest)
 {
-    return R"(<?xml version="1.0" encoding="utf-8"?>
-<rss version="2.0" xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle">
-  <channel>
-    <title>Tarrow</title>
-    <link>https://tarrow.example/releases</link>
-    <item>
-      <title>Tarrow 9.0 for macOS</title>
-      <enclosure url="https://tarrow.example/Tarrow-9.0.dmg" sparkle:version="9.0" sparkle:os="macos"/>
-    </item>
-    <item>
-      <title>Tarrow )"
-        + newest + R"(</title>
-      <link>https://tarrow.example/releases/)"
-        + newest + R"(</link>
-      <enclosure url="https://tarrow.example/tarrow.tar.gz" sparkle:version=")"
-        + newest + R"("/>
-    </item>
-    <item>
-      <title>Tarrow 0.0.9</title>
-      <sparkle:version>0.0.9</sparkle:version>
-    </item>
-  </channel>
-</rss>
-)";
+    return "<?xml version='1.0'?><rss version='2.0' "
+           "xmlns:sparkle='http://www.andymatuschak.org/xml-namespaces/sparkle'><channel>"
+           "<link>https://tarrow.example/releases</link>"
+           "<item><enclosure url='https://tarrow.example/t.dmg' sparkle:version='9.0' "
+           "sparkle:os='macos'/></item>"
+           "<item><link>https://tarrow.example/releases/"
+        + newest + "</link><enclosure url='https://tarrow.example/t.tar.gz' sparkle:version='"
+        + newest
+        + "'/></item><item><sparkle:version>0.0.9</sparkle:version></item>"
+          "</channel></rss>";
 }
 
 // An HTTP server on 127.0.0.1 that answers every request with one canned response, or never.
@@ -115,7 +102,6 @@ private Q_SLOTS:
     void launchCheckWaitsFourHours();
     void automaticChecksComeDaily();
     void aBuildWithoutAFeedNeverTouchesTheNetwork();
-    void theStubAnswersWithoutANetwork_data();
     void theStubAnswersWithoutANetwork();
 };
 
@@ -127,10 +113,8 @@ void tst_UpdateChecker::versionsCompareAsUpdatersCompareThem_data()
     QTest::newRow("Numbers compare by value") << u"1.10"_s << u"1.9"_s << 1;
     QTest::newRow("A further number is a later version") << u"1.0"_s << u"1.0.1"_s << -1;
     QTest::newRow("Trailing zeros change nothing") << u"0.1"_s << u"0.1.0"_s << 0;
-    QTest::newRow("Leading zeros change nothing") << u"1.010"_s << u"1.10"_s << 0;
     QTest::newRow("Letters mark a pre-release") << u"1.0b1"_s << u"1.0"_s << -1;
     QTest::newRow("A release candidate comes before the release") << u"1.0-rc1"_s << u"1.0"_s << -1;
-    QTest::newRow("Pre-releases count up") << u"1.0b2"_s << u"1.0b1"_s << 1;
     QTest::newRow("A point release beats a beta") << u"1.0.1"_s << u"1.0b"_s << 1;
 }
 
@@ -162,9 +146,6 @@ void tst_UpdateChecker::checkNowEndsInTheServersAnswer_data()
         << QUrl(u"https://tarrow.example/releases/0.2.0"_s);
     QTest::newRow("A malformed feed fails") << 200 << QByteArray("<rss><channel><item>") << false
                                             << none << State::failed << QString() << none;
-    QTest::newRow("A page that is no feed fails")
-        << 200 << QByteArray("<html><body>Moved</body></html>") << false << none << State::failed
-        << QString() << none;
     QTest::newRow("An HTTP error fails")
         << 500 << QByteArray("oops") << false << none << State::failed << QString() << none;
     QTest::newRow("A server slower than the probe timeout fails")
@@ -270,38 +251,17 @@ void tst_UpdateChecker::aBuildWithoutAFeedNeverTouchesTheNetwork()
     QVERIFY(!updater.facade.lastUpdateCheckDate());
 }
 
-void tst_UpdateChecker::theStubAnswersWithoutANetwork_data()
-{
-    QTest::addColumn<QByteArray>("stub");
-    QTest::addColumn<UpdateChecker::State>("state");
-    QTest::addColumn<QString>("statusKey");
-    QTest::addColumn<QString>("version");
-
-    using State = UpdateChecker::State;
-    QTest::newRow("Up to date") << QByteArray("upToDate") << State::upToDate
-                                << u"settings.about.updates.up_to_date %@"_s << u"0.1.0"_s;
-    QTest::newRow("An update") << QByteArray("updateAvailable:2.0:https://tarrow.example/2.0")
-                               << State::updateAvailable << u"settings.about.updates.available %@"_s
-                               << u"2.0"_s;
-    QTest::newRow("A failure") << QByteArray("failed") << State::failed
-                               << u"settings.about.updates.failed"_s << QString();
-    QTest::newRow("No answer at all ends in the timeout")
-        << QByteArray("hang") << State::failed << u"settings.about.updates.failed"_s << QString();
-}
-
 void tst_UpdateChecker::theStubAnswersWithoutANetwork()
 {
-    QFETCH(QByteArray, stub);
-    qputenv(UpdateChecker::stubVariable, stub);
-    Updater updater(QUrl(), milliseconds(200));
+    qputenv(UpdateChecker::stubVariable, "updateAvailable:2.0:https://tarrow.example/2.0");
+    Updater updater {QUrl()};
     QVERIFY(updater.checker.updatesEnabled());
-    if (stub == "hang")
-        QTest::ignoreMessage(QtWarningMsg, "No answer from the update check in 200 ms");
     updater.checker.checkNow();
     QCOMPARE(updater.checker.statusKey(), u"settings.about.updates.checking"_s);
-    QTEST(updater.settle(), "state");
-    QTEST(updater.checker.statusKey(), "statusKey");
-    QTEST(updater.checker.version(), "version");
+    QCOMPARE(updater.settle(), UpdateChecker::State::updateAvailable);
+    QCOMPARE(updater.checker.statusKey(), u"settings.about.updates.available %@"_s);
+    QCOMPARE(updater.checker.version(), u"2.0"_s);
+    QCOMPARE(updater.checker.releasePage(), QUrl(u"https://tarrow.example/2.0"_s));
     qunsetenv(UpdateChecker::stubVariable);
 }
 
