@@ -152,12 +152,9 @@ void tst_AutomationCli::backupsMoveBetweenFolders()
 
 void tst_AutomationCli::followPrintsALineAtEachChange()
 {
-    {
-        DefaultPathProvider paths = DefaultPathProvider::inFolder(folder());
-        DiskFileAccess files;
-        EventStore store(paths, files);
-        QVERIFY(store.addEvent(celebrating(u"Tea"_s, m_clock.now().addSecs(90))));
-    }
+    const DefaultPathProvider paths = DefaultPathProvider::inFolder(folder());
+    DiskFileAccess files;
+    QVERIFY(EventStore(paths, files).addEvent(celebrating(u"Tea"_s, m_clock.now().addSecs(90))));
     const QByteArray written = eventFile();
     QString lines;
     QTextStream out(&lines);
@@ -179,13 +176,9 @@ void tst_AutomationCli::followPrintsALineAtEachChange()
     QCOMPARE(eventFile(), written); // the arrival was stamped in memory only
 
     // A change of the folder on disk is read again.
-    {
-        DefaultPathProvider paths = DefaultPathProvider::inFolder(folder());
-        DiskFileAccess files;
-        EventStore store(paths, files);
-        QVERIFY(store.deleteEvent(store.events().constFirst().id));
-        QVERIFY(store.addEvent(Fixture::countdown(u"Bell"_s, m_clock.now().addSecs(30))));
-    }
+    EventStore store(paths, files);
+    QVERIFY(store.deleteEvent(store.events().constFirst().id));
+    QVERIFY(store.addEvent(Fixture::countdown(u"Bell"_s, m_clock.now().addSecs(30))));
     QTRY_VERIFY2(lines.endsWith(u"Bell 0:30\n"_s), qPrintable(lines.right(40)));
 }
 

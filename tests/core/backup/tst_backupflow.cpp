@@ -5,7 +5,6 @@
 
 #include "BackupFixtures.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -55,22 +54,14 @@ void tst_BackupFlow::exportProposesANameAndReports()
 {
     Page page;
     QCOMPARE(page.flow.proposedFileName(), u"Tarrow Backup 2026-06-03.json"_s);
-    QCOMPARE(page.flow.nameFilters(), QStringList {u"Tarrow backups (*.json)"_s});
     const QString target = page.dir.filePath(page.flow.proposedFileName());
-
     QVERIFY(page.flow.beginExport());
     page.flow.cancelExport();
     QVERIFY(!QFile::exists(target) && !page.flow.hasMessage());
-
-    QSignalSpy messages(&page.flow, &BackupFlow::messageChanged);
     QVERIFY(page.flow.beginExport());
     page.flow.finishExport(QUrl::fromLocalFile(target));
-    QVERIFY(QFile::exists(target));
+    QVERIFY(QFile::exists(target) && !page.flow.messageIsError());
     QCOMPARE(page.flow.messageText(), u"Exported 3 countdowns."_s);
-    QVERIFY(!page.flow.messageIsError());
-    QCOMPARE(messages.count(), 1);
-    page.flow.dismissMessage();
-    QVERIFY(!page.flow.hasMessage());
 }
 
 void tst_BackupFlow::importAsksBeforeChanging_data()
