@@ -15,8 +15,10 @@ rank_of() {
         core/parse) echo 40 ;;
         core/time) echo 50 ;;
         core/calendar) echo 55 ;;
+        core/backup) echo 55 ;;
         core/countdown) echo 60 ;;
         core/arrival) echo 70 ;;
+        core/automation) echo 70 ;;
         core/shortcuts) echo 70 ;;
         platform/calendars/eds) echo 110 ;; # a plugin over the calendars library
         platform/*) echo 100 ;;

@@ -7,6 +7,10 @@
 #include "arrival/RecurrenceCoordinator.h"
 #include "arrival/ReminderScheduler.h"
 #include "calendar/CalendarStore.h"
+#include "automation/CountdownIntents.h"
+#include "automation/StatusFeed.h"
+#include "automation/WidgetSnapshotWriter.h"
+#include "backup/BackupFlow.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TimerTickScheduler.h"
@@ -14,6 +18,7 @@
 #include "parse/NaturalDateParser.h"
 #include "platform/notifications/ReachNotificationScheduler.h"
 #include "platform/calendars/CalendarBackends.h"
+#include "platform/automation/AutomationDBusService.h"
 #include "platform/session/LoginLaunch.h"
 #include "platform/session/WakeObserver.h"
 #include "platform/session/XdgAutostart.h"
@@ -24,6 +29,7 @@
 #include "platform/tray/SystemTrayIconHost.h"
 #include "shortcuts/ShortcutsPageModel.h"
 #include "shortcuts/ShortcutsService.h"
+#include "platform/updates/UpdateChecker.h"
 #include "storage/EventStore.h"
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
@@ -49,9 +55,10 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDesktopServices>
+#include <QGuiApplication>
+#include <QNetworkAccessManager>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QGuiApplication>
 #include <QTimer>
 
 Q_LOGGING_CATEGORY(lcAppDelegate, "AppDelegate")
@@ -132,6 +139,8 @@ void AppDelegate::buildCore()
     m_wakeObserver = std::make_unique<WakeObserver>(QDBusConnection::systemBus());
     connect(m_wakeObserver.get(), &WakeObserver::timeChanged, this, &AppDelegate::catchUpWithTime);
     // Slot: notificationAuthorization, calendarAuthorization.
+    m_intents = std::make_unique<CountdownIntents>(*m_eventStore, *m_countdownRegistry, m_clock,
+                                                   *m_settingsStore, *m_localeManager);
     qCDebug(lcAppDelegate).noquote()
         << QStringLiteral("Built the core over %1").arg(m_dataDirectory);
 }
@@ -142,11 +151,15 @@ void AppDelegate::installInterface()
         return;
     installCalendars();
     installArrivals();
-    // Slot: widgetSurface.
+    installWidgetSurface();
     installShortcuts();
     installPopup();
     installStatusItem();
     // Slot: reviewPromptCoordinator.
+    m_backupService = std::make_unique<BackupService>(*m_eventStore, m_files, m_clock);
+    m_backupFlow = std::make_unique<BackupFlow>(*m_backupService, *m_localeManager, m_clock);
+    installAutomation();
+    startUpdateChecks();
     m_appUIInstalled = true;
     if (m_showWelcome)
         m_navigator->showWelcome();
@@ -273,6 +286,21 @@ void AppDelegate::installCalendars()
         *m_calendarBackends, *m_calendarStore, *m_settingsStore, *m_localeManager);
 }
 
+void AppDelegate::installWidgetSurface()
+{
+    // What the panel shows, for status bars, desktop widgets and the session bus.
+    m_statusFeed = std::make_unique<StatusFeed>(
+        *m_countdownEngine, *m_settingsStore, *m_localeManager, m_clock, [this] {
+            return StatusItemController::inputsFrom(*m_countdownEngine,
+                                                    m_settingsStore->settings());
+        });
+    m_widgetSnapshot = std::make_unique<WidgetSnapshotWriter>(
+        *m_statusFeed, *m_countdownRegistry, m_clock, m_files,
+        WidgetSnapshotWriter::defaultPath(
+            QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation), m_dataDirectory,
+            m_options.dataDirectory.isEmpty()));
+}
+
 void AppDelegate::installStatusItem()
 {
     // A StatusNotifierItem registers whenever a panel's watcher appears, and the classic tray
@@ -300,6 +328,25 @@ void AppDelegate::installStatusItem()
             anchor = QRect(click.position, QSize(1, 1));
         m_popoverController->toggle(anchor);
     });
+}
+
+void AppDelegate::installAutomation()
+{
+    m_automationService =
+        std::make_unique<AutomationDBusService>(*m_intents, m_statusFeed.get(), m_dataDirectory);
+    m_automationService->registerOn(QDBusConnection::sessionBus());
+}
+
+void AppDelegate::startUpdateChecks()
+{
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_updaterDefaults = std::make_unique<QSettings>();
+    m_appcastFacade = std::make_unique<AppcastFacade>(AppcastFacade::buildFeedUrl(),
+                                                      QCoreApplication::applicationVersion(),
+                                                      *m_network, *m_updaterDefaults, m_clock);
+    m_updateChecker = std::make_unique<UpdateChecker>(*m_appcastFacade);
+    m_appcastFacade->start();
+    m_appcastFacade->launchCheck();
 }
 
 void AppDelegate::installArrivals()

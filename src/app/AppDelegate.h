@@ -12,7 +12,11 @@
 #include <optional>
 
 class AppURLRouter;
+class AppcastFacade;
 class AppearanceManager;
+class AutomationDBusService;
+class BackupFlow;
+class BackupService;
 class CalendarBackends;
 class CalendarSettingsModel;
 class CalendarStore;
@@ -21,6 +25,7 @@ class CelebrationOverlay;
 class CelebrationSettingsModel;
 class CountdownEngine;
 class CountdownID;
+class CountdownIntents;
 class CountdownListModel;
 class CountdownRegistry;
 class DefaultPathProvider;
@@ -31,6 +36,8 @@ class NoticeLog;
 class OnboardingModel;
 class PopoverController;
 class PopupNavigator;
+class QNetworkAccessManager;
+class QSettings;
 class QTimer;
 class QuickEntryController;
 class ReachNotificationScheduler;
@@ -43,12 +50,15 @@ class SettingsStore;
 class SettingsWindowController;
 class ShortcutsPageModel;
 class ShortcutsService;
+class StatusFeed;
 class StatusItemController;
 class StatusItemHost;
 class TableTranslator;
 class TimeZoneListModel;
 class TimerTickScheduler;
+class UpdateChecker;
 class WakeObserver;
+class WidgetSnapshotWriter;
 class XdgAutostart;
 
 Q_DECLARE_LOGGING_CATEGORY(lcAppDelegate)
@@ -109,6 +119,9 @@ public:
     // Where features add their settings pages.
     SettingsPageList *settingsPages() const { return m_settingsPages.get(); }
     CalendarStore *calendarStore() const { return m_calendarStore.get(); }
+    // The models of the data and about pages of the settings window.
+    BackupFlow *backupFlow() const { return m_backupFlow.get(); }
+    UpdateChecker *updateChecker() const { return m_updateChecker.get(); }
 
 private:
     void buildCore();
@@ -122,6 +135,9 @@ private:
     void installPopup();
     void installSettingsWindow();
     void installCalendars();
+    void installWidgetSurface();
+    void installAutomation();
+    void startUpdateChecks();
 
     TrayLaunchOptions m_options;
     QString m_dataDirectory;
@@ -143,6 +159,8 @@ private:
     std::unique_ptr<LocaleManager> m_localeManager;
     std::unique_ptr<WakeObserver> m_wakeObserver;
     // Slot: notificationAuthorization, calendarAuthorization.
+    // What the automation intents act on, shared by the session bus service.
+    std::unique_ptr<CountdownIntents> m_intents;
 
     // The menu-bar interface, in the order it is installed.
     // The calendar providers (added files and feeds, backend plugins) and the store that reads
@@ -155,11 +173,13 @@ private:
     std::unique_ptr<CelebrationCoordinator> m_celebrationCoordinator;
     std::unique_ptr<CelebrationSettingsModel> m_celebrationSettings;
     std::unique_ptr<RecurrenceCoordinator> m_recurrenceCoordinator;
-    // Slot: widgetSurface.
     std::unique_ptr<NoticeLog> m_noticeLog;
     std::unique_ptr<ReminderScheduler> m_reminderScheduler;
     std::unique_ptr<ShortcutsService> m_shortcutsService; // toggle popup, new countdown
     std::unique_ptr<ShortcutsPageModel> m_shortcutsPage;
+    // What the panel shows, for status bars, widgets and the session bus.
+    std::unique_ptr<StatusFeed> m_statusFeed;
+    std::unique_ptr<WidgetSnapshotWriter> m_widgetSnapshot;
     std::unique_ptr<TableTranslator> m_translator;
     std::unique_ptr<CountdownListModel> m_listModel;
     std::unique_ptr<RowActions> m_rowActions;
@@ -176,6 +196,14 @@ private:
     std::unique_ptr<StatusItemHost> m_statusItemHost;
     std::unique_ptr<StatusItemController> m_statusItemController;
     // Slot: reviewPromptCoordinator.
+    std::unique_ptr<BackupService> m_backupService;
+    std::unique_ptr<BackupFlow> m_backupFlow;
+    std::unique_ptr<AutomationDBusService> m_automationService;
+    // Update checks (the support kit).
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<QSettings> m_updaterDefaults;
+    std::unique_ptr<AppcastFacade> m_appcastFacade;
+    std::unique_ptr<UpdateChecker> m_updateChecker;
 
     bool m_appUIInstalled = false;
     bool m_pendingPopoverReveal = false;

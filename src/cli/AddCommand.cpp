@@ -34,8 +34,8 @@ int AddCommand::run(const QStringList &arguments, CliContext &context)
         args.isSet(QStringLiteral("since")) ? CountdownDirection::since : CountdownDirection::until;
 
     if (args.isSet(QStringLiteral("date"))) {
-        const std::optional<DateArgument> date =
-            parseDateArgument(args.value(QStringLiteral("date")), *zone);
+        const std::optional<DateText> date =
+            parseDateText(args.value(QStringLiteral("date")), *zone);
         if (!date)
             return context.fail(
                 QStringLiteral("\"%1\" is not a date: write it as ISO 8601, for example "

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/DataFolder.h"
+#include "l10n/LanguageTable.h"
 #include "time/Clock.h"
 
 #include <QTextStream>
@@ -20,9 +21,13 @@ public:
     QTextStream &in() { return m_in; }
     const Clock &clock() const { return m_clock; }
     QString dataDir() const { return m_dataDir; }
+    // The data folder as an absolute path (the user's own when none was given).
+    QString dataDirectory() const;
 
     // Opens the data folder on first use.
     DataFolder &data();
+    // The texts of the interface language the settings choose (or the system's).
+    LanguageTable table();
 
     // One line "tarrow: <line>" on stderr; the exit code of a failed command.
     int fail(const QString &line);

@@ -2,6 +2,8 @@
 
 #include "cli/AddCommand.h"
 #include "cli/CalendarsCommand.h"
+#include "cli/BackupCommands.h"
+#include "cli/IntentCommands.h"
 #include "cli/ListCommand.h"
 #include "cli/ParseCommand.h"
 #include "cli/PinCommand.h"
@@ -21,5 +23,10 @@ std::vector<std::unique_ptr<CliCommand>> allCliCommands()
     commands.push_back(std::make_unique<StatusCommand>());
     commands.push_back(std::make_unique<RenderChipCommand>());
     commands.push_back(std::make_unique<CalendarsCommand>());
+    commands.push_back(std::make_unique<CreateCommand>());
+    commands.push_back(std::make_unique<NextCommand>());
+    commands.push_back(std::make_unique<TimeUntilCommand>());
+    commands.push_back(std::make_unique<ExportCommand>());
+    commands.push_back(std::make_unique<ImportCommand>());
     return commands;
 }

@@ -2,37 +2,10 @@
 
 #include "cli/CliContext.h"
 #include "parse/NaturalDateParser.h"
-#include "parse/WallTime.h"
-#include "json/IsoDate.h"
-
-std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZone &zone)
-{
-    const QString trimmed = text.trimmed();
-    if (const std::optional<QDateTime> instant = IsoDate::parse(QStringView(trimmed)))
-        return DateArgument {*instant, true};
-    const QDate day = QDate::fromString(trimmed, Qt::ISODate);
-    if (day.isValid() && trimmed.size() == 10) {
-        const QDateTime start = WallTime::startOfDay(day, zone);
-        if (start.isValid())
-            return DateArgument {start.toUTC(), false};
-    }
-    for (const QString &format :
-         {QStringLiteral("yyyy-MM-ddTHH:mm"), QStringLiteral("yyyy-MM-ddTHH:mm:ss")}) {
-        const QDateTime local = QDateTime::fromString(trimmed, format);
-        if (!local.isValid())
-            continue;
-        // A wall time skipped by a DST change moves forward; a repeated one is the first.
-        const QDateTime zoned = WallTime::toInstant(local.date(), local.time(), zone);
-        if (zoned.isValid())
-            return DateArgument {zoned.toUTC(), true};
-    }
-    return std::nullopt;
-}
 
 std::optional<QDateTime> instantArgument(const QString &text, CliContext &context)
 {
-    if (const std::optional<DateArgument> date =
-            parseDateArgument(text, QTimeZone::systemTimeZone()))
+    if (const std::optional<DateText> date = parseDateText(text, QTimeZone::systemTimeZone()))
         return date->instant;
     context.fail(
         QStringLiteral(

@@ -1,21 +1,13 @@
 #pragma once
 
+#include "parse/DateText.h"
+
 #include <QDateTime>
 #include <QTimeZone>
 
 #include <optional>
 
 class CliContext;
-
-struct DateArgument
-{
-    QDateTime instant; // UTC
-    bool hasTime = false;
-};
-
-// A date given on the command line: "2026-12-24" (a day in `zone`), "2026-12-24T18:30[:00]" (a
-// wall time in `zone`), or an instant with "Z" or an offset.
-std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZone &zone);
 
 // The instant of --now and similar options: ISO 8601 with "Z" or an offset (a wall time without
 // one is read in the system zone). Reports a malformed one and gives nothing.

@@ -96,7 +96,7 @@ QString answerLine(const QByteArray &line, const QDateTime &clockNow, ZoneCache 
     QDateTime now = clockNow;
     const QJsonValue nowValue = request.value(u"now");
     if (!nowValue.isUndefined() && !nowValue.isNull()) {
-        const auto parsed = parseDateArgument(nowValue.toString(), QTimeZone::systemTimeZone());
+        const auto parsed = parseDateText(nowValue.toString(), QTimeZone::systemTimeZone());
         if (!nowValue.isString() || !parsed)
             return errorLine(notAnInstant(nowValue.toVariant().toString()));
         now = parsed->instant;

@@ -1,110 +1,84 @@
 #include "cli/StatusCommand.h"
 
+#include "automation/StatusSnapshot.h"
 #include "cli/CalendarSnapshot.h"
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
 #include "cli/DateArgument.h"
-#include "countdown/MenubarChipPresentation.h"
+#include "cli/StatusFollower.h"
 #include "countdown/SinglePassEngine.h"
-#include "l10n/LanguageTable.h"
-#include "l10n/LocaleManager.h"
-#include "l10n/SupportedLanguages.h"
+#include "countdown/TimerTickScheduler.h"
+#include "platform/tray/StatusItemController.h"
 #include "storage/SettingsStore.h"
 #include "json/JsonWriter.h"
 
+#include <QCoreApplication>
+
 namespace {
 
-QString stateWord(ReachState::Kind kind)
+// Runs until the process is ended (a status bar restarting its module closes the pipe).
+int follow(CliContext &context, bool json)
 {
-    switch (kind) {
-    case ReachState::Kind::counting:
-        return QStringLiteral("counting");
-    case ReachState::Kind::reached:
-        return QStringLiteral("reached");
-    case ReachState::Kind::elapsed:
-        return QStringLiteral("elapsed");
-    case ReachState::Kind::idle:
-        break;
-    case ReachState::Kind::acknowledged:
-        return QStringLiteral("acknowledged");
-    }
-    return QStringLiteral("idle");
-}
-
-const QUrl *meetingLink(const std::optional<CountdownItem> &holder)
-{
-    const CalendarOccurrence *occurrence = holder ? holder->occurrence() : nullptr;
-    return occurrence && occurrence->meetingURL ? &*occurrence->meetingURL : nullptr;
-}
-
-void writeHolder(JsonWriter &writer, const std::optional<CountdownItem> &holder)
-{
-    if (!holder) {
-        writer.null();
-        return;
-    }
-    writer.beginObject();
-    writer.key(QLatin1StringView("id"));
-    if (const Event *event = holder->event())
-        writer.uuid(event->id);
-    else
-        holder->occurrence()->ref.toJson(writer);
-    if (const QUrl *link = meetingLink(holder))
-        writer.key(QLatin1StringView("meetingURL")).string(link->toString());
-    writer.key(QLatin1StringView("title")).string(holder->title());
-    writer.endObject();
+    if (!QCoreApplication::instance())
+        return context.fail(QStringLiteral("--follow needs an application object"));
+    TimerTickScheduler scheduler;
+    StatusFollower follower(context.dataDirectory(), context.clock(), scheduler,
+                            AutomationClient::sessionBus(), json, context.out());
+    follower.start();
+    return QCoreApplication::exec();
 }
 
 } // namespace
 
+QString StatusCommand::usage() const
+{
+    return QStringLiteral("status [--now ISO8601] [--json] | status --follow [--json]");
+}
+
 int StatusCommand::run(const QStringList &arguments, CliContext &context)
 {
-    CommandArguments args(
-        {QCommandLineOption(QStringLiteral("json")),
-         QCommandLineOption(QStringLiteral("now"), QString(), QStringLiteral("ISO8601"))});
+    const QString json = QStringLiteral("json");
+    const QString nowOption = QStringLiteral("now");
+    const QString followOption = QStringLiteral("follow");
+    CommandArguments args({QCommandLineOption(json),
+                           QCommandLineOption(nowOption, QString(), QStringLiteral("ISO8601")),
+                           QCommandLineOption(followOption)});
     if (!args.parse(arguments, context, 0, 0, usage()))
         return 1;
+    if (args.isSet(followOption)) {
+        if (args.isSet(nowOption))
+            return context.fail(QStringLiteral("--follow follows the clock: leave out --now"));
+        return follow(context, args.isSet(json));
+    }
     // Checked before the data folder is opened, so a refused instant changes nothing.
     QDateTime now = context.clock().now();
-    if (args.isSet(QStringLiteral("now"))) {
-        const std::optional<QDateTime> given =
-            instantArgument(args.value(QStringLiteral("now")), context);
+    if (args.isSet(nowOption)) {
+        const std::optional<QDateTime> given = instantArgument(args.value(nowOption), context);
         if (!given)
             return 1;
         now = *given;
     }
 
-    EventStore &store = context.data().events();
-    const Settings &settings = context.data().settings().settings();
-    const LanguageTable table = LanguageTable::load(
-        resolveLanguage(settings.language, LocaleManager::systemPreferredLanguages()));
-    CalendarSnapshot calendars(context.data(), now, table);
-    const SinglePassEngine pass(store, now, &calendars.store());
-    const CountdownEngine &engine = pass.engine();
+    CalendarSnapshot calendars(context.data(), now, context.table());
+    const SinglePassEngine pass(context.data().events(), now, &calendars.store());
+    const StatusSnapshot status = StatusSnapshot::of(
+        pass.engine().pinned(),
+        StatusItemController::inputsFrom(pass.engine(), context.data().settings().settings()), now,
+        context.table());
 
-    const std::optional<CountdownItem> &holder = engine.pinned();
-    const QString detail = MenubarChipPresentation::detailText(
-        engine.state(), holder ? holder->zone() : QTimeZone::systemTimeZone(),
-        settings.displayFormat, table);
-    const QString state = stateWord(engine.state().kind);
-
-    if (args.isSet(QStringLiteral("json"))) {
+    if (args.isSet(json)) {
         JsonWriter writer;
-        writer.beginObject(); // the writer keeps keys in sorted order
-        writer.key(QLatin1StringView("detail")).string(detail);
-        writer.key(QLatin1StringView("holder"));
-        writeHolder(writer, holder);
-        writer.key(QLatin1StringView("progress")).number(engine.progress());
-        writer.key(QLatin1StringView("state")).string(state);
-        writer.endObject();
+        status.write(writer, false);
         context.out() << QString::fromUtf8(writer.finish());
         return 0;
     }
-    context.out() << "holder: " << (holder ? holder->title() : QStringLiteral("(none)")) << '\n';
-    if (const QUrl *link = meetingLink(holder))
-        context.out() << "join: " << link->toString() << '\n';
-    context.out() << "state: " << state << '\n'
-                  << "detail: " << detail << '\n'
-                  << "progress: " << QString::number(engine.progress(), 'f', 3) << '\n';
+    context.out() << "holder: " << (status.holder ? status.holder->title() : u"(none)"_qs) << '\n';
+    if (const CalendarOccurrence *occurrence =
+            status.holder ? status.holder->occurrence() : nullptr;
+        occurrence && occurrence->meetingURL)
+        context.out() << "join: " << occurrence->meetingURL->toString() << '\n';
+    context.out() << "state: " << status.stateWord() << '\n'
+                  << "detail: " << status.detail << '\n'
+                  << "progress: " << QString::number(status.progress, 'f', 3) << '\n';
     return 0;
 }

@@ -29,6 +29,9 @@ public:
         return !m_address.isEmpty();
     }
 
+    // The address clients in other processes connect to (DBUS_SESSION_BUS_ADDRESS).
+    QString address() const { return m_address; }
+
     // A new connection to this bus under `name` (unique per connection in the process).
     QDBusConnection connect(const QString &name) const
     {
