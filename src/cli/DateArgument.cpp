@@ -5,9 +5,10 @@
 #include "parse/WallTime.h"
 #include "json/IsoDate.h"
 
-std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZone &zone)
+namespace {
+
+std::optional<DateArgument> parseDate(const QString &trimmed, const QTimeZone &zone)
 {
-    const QString trimmed = text.trimmed();
     if (const std::optional<QDateTime> instant = IsoDate::parse(QStringView(trimmed)))
         return DateArgument {*instant, true};
     const QDate day = QDate::fromString(trimmed, Qt::ISODate);
@@ -29,15 +30,41 @@ std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZo
     return std::nullopt;
 }
 
+} // namespace
+
+std::optional<DateArgument> parseDateArgument(const QString &text, const QTimeZone &zone,
+                                              QString *problem)
+{
+    const QString trimmed = text.trimmed();
+    const std::optional<DateArgument> date = parseDate(trimmed, zone);
+    if (date && IsoDate::isWritable(date->instant))
+        return date;
+    if (problem && date)
+        *problem = QStringLiteral("\"%1\" is %2 in UTC, outside the years 0001 to 9999 that "
+                                  "Tarrow can keep")
+                       .arg(text, IsoDate::format(date->instant));
+    else if (problem && IsoDate::isOutOfRange(trimmed))
+        *problem = QStringLiteral("\"%1\" is outside the years 0001 to 9999 that Tarrow can keep")
+                       .arg(text);
+    return std::nullopt;
+}
+
+QString instantArgumentError(const QString &text, const QString &problem)
+{
+    if (!problem.isEmpty())
+        return problem;
+    return QStringLiteral(
+               "\"%1\" is not an instant: write it as ISO 8601, for example 2026-12-24T18:30:00Z")
+        .arg(text);
+}
+
 std::optional<QDateTime> instantArgument(const QString &text, CliContext &context)
 {
+    QString problem;
     if (const std::optional<DateArgument> date =
-            parseDateArgument(text, QTimeZone::systemTimeZone()))
+            parseDateArgument(text, QTimeZone::systemTimeZone(), &problem))
         return date->instant;
-    context.fail(
-        QStringLiteral(
-            "\"%1\" is not an instant: write it as ISO 8601, for example 2026-12-24T18:30:00Z")
-            .arg(text));
+    context.fail(instantArgumentError(text, problem));
     return std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
+#include "cli/TerminalText.h"
 #include "l10n/LanguageTable.h"
 #include "l10n/LocaleManager.h"
 #include "l10n/SupportedLanguages.h"
@@ -63,7 +64,7 @@ int ListCommand::run(const QStringList &arguments, CliContext &context)
                       << whenText(event) << "  "
                       << (event.direction == CountdownDirection::since ? "since  " : "until  ")
                       << eventTimeText(event, now, settings.displayFormat, table) << "  "
-                      << event.title << (pinned ? "  [pinned]" : "") << '\n';
+                      << terminalSafe(event.title) << (pinned ? "  [pinned]" : "") << '\n';
     }
     return 0;
 }

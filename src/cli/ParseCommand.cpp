@@ -5,11 +5,12 @@
 #include "cli/DateArgument.h"
 #include "parse/NaturalDateParser.h"
 #include "json/IsoDate.h"
+#include "json/JsonDocument.h"
+#include "json/JsonWriter.h"
 
 #include <QHash>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,32 +19,31 @@ const QString zoneOption = QStringLiteral("time-zone");
 const QString keepsPastOption = QStringLiteral("keeps-past");
 const QString linesOption = QStringLiteral("jsonl");
 
-QString jsonString(const QString &text)
+// One answer as a line of compact JSON, keys in reading order: date, includeTime, cleanedTitle.
+QByteArray resultLine(const std::optional<NaturalDateMatch> &match)
 {
-    const QByteArray array = QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.mid(1, array.size() - 2));
+    JsonWriter writer(JsonWriter::Layout::compact);
+    writer.beginObject();
+    if (!match) {
+        writer.key("match"_L1).null();
+    } else if (!IsoDate::isWritable(match->date)) {
+        writer.key("error"_L1).string(IsoDate::outOfRangeMessage(match->date));
+    } else {
+        writer.key("date"_L1).date(match->date);
+        writer.key("includeTime"_L1).boolean(match->includeTime);
+        writer.key("cleanedTitle"_L1).string(match->cleanedTitle);
+    }
+    writer.endObject();
+    return writer.finishFragment();
 }
 
-// The keys in reading order: date, includeTime, cleanedTitle.
-QString resultLine(const std::optional<NaturalDateMatch> &match)
+QByteArray errorLine(const QString &message)
 {
-    if (!match)
-        return QStringLiteral(R"({"match":null})");
-    return u"{\"date\":\"" % IsoDate::format(match->date) % u"\",\"includeTime\":"
-        % (match->includeTime ? u"true" : u"false") % u",\"cleanedTitle\":"
-        % jsonString(match->cleanedTitle) % u'}';
-}
-
-QString errorLine(const QString &message)
-{
-    return u"{\"error\":" % jsonString(message) % u'}';
-}
-
-QString notAnInstant(const QString &text)
-{
-    return QStringLiteral("\"%1\" is not an instant: write it as ISO 8601, for example "
-                          "2026-12-24T18:30:00Z")
-        .arg(text);
+    JsonWriter writer(JsonWriter::Layout::compact);
+    writer.beginObject();
+    writer.key("error"_L1).string(message);
+    writer.endObject();
+    return writer.finishFragment();
 }
 
 QString unknownZone(const QString &ianaId)
@@ -70,40 +70,51 @@ private:
     QHash<QString, QTimeZone> m_zones;
 };
 
+bool isAbsent(const JsonValue &value)
+{
+    return value.isUndefined() || value.isNull();
+}
+
 // One request line: {"text": string, "now": ISO 8601 (default: the clock), "tz": IANA name
 // (default: the system zone), "keepsPast": bool (default false)}.
-QString answerLine(const QByteArray &line, const QDateTime &clockNow, ZoneCache &zones)
+QByteArray answerLine(const QByteArray &line, const QDateTime &clockNow, ZoneCache &zones)
 {
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(line, &parseError);
-    if (parseError.error != QJsonParseError::NoError)
-        return errorLine(QStringLiteral("not JSON: %1").arg(parseError.errorString()));
-    if (!document.isObject())
+    QString parseError;
+    const std::optional<JsonDocument> document = JsonDocument::parse(line, &parseError);
+    if (!document)
+        return errorLine(QStringLiteral("not JSON: %1").arg(parseError));
+    const JsonValue request = document->root();
+    if (!request.isObject())
         return errorLine(QStringLiteral("not a JSON object"));
-    const QJsonObject request = document.object();
 
-    const QJsonValue text = request.value(u"text");
+    const JsonValue text = request["text"_L1];
     if (!text.isString())
         return errorLine(QStringLiteral("\"text\" must be a string"));
 
-    const QJsonValue tz = request.value(u"tz");
-    if (!tz.isUndefined() && !tz.isNull() && !tz.isString())
+    const JsonValue tz = request["tz"_L1];
+    if (!isAbsent(tz) && !tz.isString())
         return errorLine(QStringLiteral("\"tz\" must be a string"));
     const std::optional<QTimeZone> zone = zones.find(tz.toString());
     if (!zone)
         return errorLine(unknownZone(tz.toString()));
 
     QDateTime now = clockNow;
-    const QJsonValue nowValue = request.value(u"now");
-    if (!nowValue.isUndefined() && !nowValue.isNull()) {
-        const auto parsed = parseDateArgument(nowValue.toString(), QTimeZone::systemTimeZone());
-        if (!nowValue.isString() || !parsed)
-            return errorLine(notAnInstant(nowValue.toVariant().toString()));
+    const JsonValue nowValue = request["now"_L1];
+    if (!isAbsent(nowValue)) {
+        const QString given = nowValue.isString() ? nowValue.toString()
+            : nowValue.isNumber()                 ? nowValue.numberText()
+                                                  : describeJsonType(nowValue);
+        QString problem;
+        const auto parsed = nowValue.isString()
+            ? parseDateArgument(given, QTimeZone::systemTimeZone(), &problem)
+            : std::nullopt;
+        if (!parsed)
+            return errorLine(instantArgumentError(given, problem));
         now = parsed->instant;
     }
 
-    const QJsonValue keepsPast = request.value(u"keepsPast");
-    if (!keepsPast.isUndefined() && !keepsPast.isNull() && !keepsPast.isBool())
+    const JsonValue keepsPast = request["keepsPast"_L1];
+    if (!isAbsent(keepsPast) && !keepsPast.isBool())
         return errorLine(QStringLiteral("\"keepsPast\" must be true or false"));
 
     return resultLine(NaturalDateParser::parse(text.toString(), now, *zone, keepsPast.toBool()));
@@ -143,7 +154,7 @@ int ParseCommand::run(const QStringList &arguments, CliContext &context)
     }
     const auto match = NaturalDateParser::parse(args.positional().constFirst(), now, *zone,
                                                 args.isSet(keepsPastOption));
-    context.out() << resultLine(match) << '\n';
+    context.out() << QString::fromUtf8(resultLine(match)) << '\n';
     context.out().flush();
     return 0;
 }
@@ -160,7 +171,7 @@ int ParseCommand::runLines(CliContext &context)
     while (in.readLineInto(&line)) {
         if (line.trimmed().isEmpty())
             continue;
-        out << answerLine(line.toUtf8(), clockNow, zones) << '\n';
+        out << QString::fromUtf8(answerLine(line.toUtf8(), clockNow, zones)) << '\n';
     }
     out.flush();
     return 0;

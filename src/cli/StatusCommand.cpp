@@ -3,6 +3,7 @@
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
 #include "cli/DateArgument.h"
+#include "cli/TerminalText.h"
 #include "countdown/MenubarChipPresentation.h"
 #include "countdown/SinglePassEngine.h"
 #include "l10n/LanguageTable.h"
@@ -90,7 +91,8 @@ int StatusCommand::run(const QStringList &arguments, CliContext &context)
         context.out() << QString::fromUtf8(writer.finish());
         return 0;
     }
-    context.out() << "holder: " << (holder ? holder->title() : QStringLiteral("(none)")) << '\n'
+    context.out() << "holder: "
+                  << (holder ? terminalSafe(holder->title()) : QStringLiteral("(none)")) << '\n'
                   << "state: " << state << '\n'
                   << "detail: " << detail << '\n'
                   << "progress: " << QString::number(engine.progress(), 'f', 3) << '\n';

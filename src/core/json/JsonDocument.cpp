@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int MaxDepth = 256;
+constexpr int MaxDepth = JsonDocument::MaxDepth;
 constexpr quint64 EveryByte = 0x0101010101010101;
 
 quint64 load8(const char *p)
@@ -28,6 +28,11 @@ bool mayEndPlainRun(quint64 word)
 {
     return anyBelow(word ^ (EveryByte * '"'), 1) | anyBelow(word ^ (EveryByte * '\\'), 1)
         | anyBelow(word, 0x20);
+}
+
+bool isDigit(const char *p, const char *end)
+{
+    return p != end && *p >= '0' && *p <= '9';
 }
 
 int hexValue(char c)
@@ -58,6 +63,8 @@ public:
 
     bool parseDocument()
     {
+        if (m_end - m_p >= 3 && std::memcmp(m_p, "\xEF\xBB\xBF", 3) == 0)
+            m_p += 3; // a byte-order mark some editors put in front
         skipSpace();
         if (!parseValue(0))
             return false;
@@ -94,11 +101,19 @@ private:
             ++m_p;
     }
 
+    // The index of the new node, or 0 (never a valid index after the root) when the document
+    // already holds as many values as it may.
     quint32 append(Type type)
     {
+        if (qsizetype(m_nodes.size()) >= JsonDocument::MaxValues) {
+            fail("too many values");
+            return 0;
+        }
         m_nodes.push_back(Node {type, false, 0, 0, 0, 0});
         return quint32(m_nodes.size() - 1);
     }
+
+    bool full() const { return qsizetype(m_nodes.size()) >= JsonDocument::MaxValues; }
 
     bool parseValue(int depth)
     {
@@ -128,29 +143,47 @@ private:
         if (m_end - m_p < length || memcmp(m_p, word, size_t(length)) != 0)
             return fail("unknown literal");
         m_p += length;
-        m_nodes[append(type)].flag = value;
+        const quint32 index = append(type);
+        if (full() && !index)
+            return false;
+        m_nodes[index].flag = value;
         return true;
     }
 
+    // -?(0|[1-9][0-9]*)(\.[0-9]+)?([eE][+-]?[0-9]+)?
     bool parseNumber()
     {
         const char *start = m_p;
-        if (m_p != m_end && *m_p == '-')
+        if (*m_p == '-')
             ++m_p;
-        const char *digits = m_p;
-        while (m_p != m_end
-               && ((*m_p >= '0' && *m_p <= '9') || *m_p == '.' || *m_p == 'e' || *m_p == 'E'
-                   || *m_p == '+' || *m_p == '-'))
+        if (!isDigit(m_p, m_end))
+            return fail(m_p == start ? "expected a value" : "malformed number");
+        if (*m_p++ != '0') {
+            while (isDigit(m_p, m_end))
+                ++m_p;
+        }
+        if (m_p != m_end && *m_p == '.') {
+            if (!isDigit(++m_p, m_end))
+                return fail("malformed number");
+            while (isDigit(m_p, m_end))
+                ++m_p;
+        }
+        if (m_p != m_end && (*m_p == 'e' || *m_p == 'E')) {
             ++m_p;
-        if (m_p == digits || *digits < '0' || *digits > '9')
-            return fail("expected a value");
+            if (m_p != m_end && (*m_p == '+' || *m_p == '-'))
+                ++m_p;
+            if (!isDigit(m_p, m_end))
+                return fail("malformed number");
+            while (isDigit(m_p, m_end))
+                ++m_p;
+        }
+        if (isDigit(m_p, m_end)) // a leading zero followed by more digits
+            return fail("malformed number");
         const quint32 index = append(Type::Number);
+        if (!index)
+            return false;
         m_nodes[index].begin = quint32(start - m_begin);
         m_nodes[index].length = quint32(m_p - start);
-        double check;
-        const auto result = std::from_chars(start, m_p, check);
-        if (result.ec == std::errc::invalid_argument || result.ptr != m_p)
-            return fail("malformed number");
         return true;
     }
 
@@ -198,6 +231,8 @@ private:
             ++m_p;
         }
         const quint32 index = append(Type::String);
+        if (full() && !index)
+            return 0;
         Node &node = m_nodes[index];
         node.flag = escaped;
         node.begin = quint32(start - m_begin);
@@ -211,6 +246,8 @@ private:
         if (depth > MaxDepth)
             return fail("nesting too deep");
         const quint32 array = append(Type::Array);
+        if (full() && !array)
+            return false;
         ++m_p;
         skipSpace();
         if (m_p != m_end && *m_p == ']') {
@@ -248,6 +285,8 @@ private:
         if (depth > MaxDepth)
             return fail("nesting too deep");
         const quint32 object = append(Type::Object);
+        if (full() && !object)
+            return false;
         ++m_p;
         skipSpace();
         if (m_p != m_end && *m_p == '}') {
@@ -321,13 +360,16 @@ QByteArrayView JsonValue::raw() const
     return QByteArrayView(m_doc->m_source.constData() + n.begin, n.length);
 }
 
-double JsonValue::toDouble() const
+std::optional<double> JsonValue::toFiniteDouble() const
 {
     if (!isNumber())
-        return 0;
+        return std::nullopt;
     const QByteArrayView text = raw();
     double value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    // Beyond what a double holds, in either direction (1e999, 1e-999): no value, never 0.
+    if (result.ec != std::errc() || !std::isfinite(value))
+        return std::nullopt;
     return value;
 }
 
@@ -340,9 +382,10 @@ std::optional<qint64> JsonValue::toInt64() const
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     if (result.ec == std::errc() && result.ptr == text.data() + text.size())
         return value;
-    const double d = toDouble(); // "60.0" or "1e3" still name whole numbers
-    if (std::isfinite(d) && d == std::trunc(d) && std::fabs(d) < 9.2e18)
-        return qint64(d);
+    // "60.0" or "1e3" still name whole numbers; "1e999" names none.
+    const std::optional<double> d = toFiniteDouble();
+    if (d && *d == std::trunc(*d) && std::fabs(*d) < 9.2e18)
+        return qint64(*d);
     return std::nullopt;
 }
 

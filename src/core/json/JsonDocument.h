@@ -12,10 +12,17 @@ class JsonValue;
 // A read-only JSON document parsed straight from UTF-8 into one flat array of nodes. Strings and
 // numbers stay as byte ranges of the source until they are asked for, which makes loading a large
 // events file several times faster than going through QJsonDocument.
+//
+// The grammar is RFC 8259's, with one allowance: a UTF-8 byte-order mark in front of the document
+// is skipped (some editors write one). Hostile input is bounded: nesting deeper than MaxDepth and
+// documents of more than MaxValues values are refused, so memory stays proportional to the text.
 class JsonDocument
 {
 public:
     enum class Type : quint8 { Null, Bool, Number, String, Array, Object };
+
+    static constexpr int MaxDepth = 256;
+    static constexpr qsizetype MaxValues = qsizetype(8) << 20;
 
     // The parsed document, or nothing with a description of the first syntax error.
     static std::optional<JsonDocument> parse(const QByteArray &utf8, QString *error = nullptr);
@@ -57,10 +64,16 @@ public:
     bool isPresent() const { return m_doc && node().type != JsonDocument::Type::Null; }
 
     bool toBool() const { return isBool() && node().flag; }
-    double toDouble() const;
+    // The number as a double; 0 for anything else or a number a double cannot hold.
+    double toDouble() const { return toFiniteDouble().value_or(0); }
+    // The number as a double, or nothing for anything else or a number a double cannot hold
+    // (1e999, 1e-999).
+    std::optional<double> toFiniteDouble() const;
     // The number as a whole 64-bit integer, or nothing for a fraction or a value out of range.
     std::optional<qint64> toInt64() const;
     QString toString() const;
+    // A number as it is written in the source ("1e999"), for messages.
+    QString numberText() const { return isNumber() ? QString::fromLatin1(raw()) : QString(); }
     // A string without escapes: its UTF-8 bytes in the source, without a copy.
     std::optional<QByteArrayView> plainUtf8() const;
     // True when this is a string equal to the given ASCII text (no allocation).

@@ -27,8 +27,10 @@ QString JsonObjectReader::missingKeyMessage(QLatin1StringView key)
 void JsonObjectReader::typeMismatch(QLatin1StringView key, const char *expected,
                                     const JsonValue &found)
 {
+    // A number that does not fit ("1e999" for a whole number) is named by its text.
     fail(QStringLiteral("Expected %1 for key \"%2\" but found %3")
-             .arg(QLatin1StringView(expected), key, describeJsonType(found)));
+             .arg(QLatin1StringView(expected), key,
+                  found.isNumber() ? found.numberText() : describeJsonType(found)));
 }
 
 JsonValue JsonObjectReader::member(QLatin1StringView key, bool isRequired)
@@ -73,7 +75,7 @@ std::optional<qint64> int64Of(const JsonValue &v)
 
 std::optional<double> numberOf(const JsonValue &v)
 {
-    return v.isNumber() ? std::optional(v.toDouble()) : std::nullopt;
+    return v.toFiniteDouble();
 }
 
 } // namespace
@@ -104,6 +106,20 @@ bool JsonObjectReader::boolean(QLatin1StringView key)
 qint64 JsonObjectReader::int64(QLatin1StringView key)
 {
     return read(key, true, "a whole number", int64Of).value_or(0);
+}
+
+qint64 JsonObjectReader::int64(QLatin1StringView key, qint64 min, qint64 max)
+{
+    const std::optional<qint64> value = read(key, true, "a whole number", int64Of);
+    if (value && (*value < min || *value > max)) {
+        fail(QStringLiteral("Expected a whole number from %1 to %2 for key \"%3\" but found %4")
+                 .arg(min)
+                 .arg(max)
+                 .arg(key)
+                 .arg(*value));
+        return 0;
+    }
+    return value.value_or(0);
 }
 
 double JsonObjectReader::number(QLatin1StringView key)
@@ -213,4 +229,18 @@ std::optional<QStringList> JsonObjectReader::optionalStringList(QLatin1StringVie
                     }
                     return list;
                 });
+}
+
+std::optional<QString> outOfRangeDateIn(const JsonValue &value)
+{
+    if (value.isString()) {
+        const QString text = value.toString();
+        return IsoDate::isOutOfRange(text) ? std::optional(text) : std::nullopt;
+    }
+    // Nesting is bounded by the parser.
+    for (const JsonValue element : value.elements()) {
+        if (std::optional<QString> found = outOfRangeDateIn(element))
+            return found;
+    }
+    return std::nullopt;
 }

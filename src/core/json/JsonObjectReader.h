@@ -8,6 +8,10 @@
 
 #include <optional>
 
+// The first string anywhere in the value that is an ISO 8601 date outside the years 0001 to 9999
+// (what older versions could write for a date beyond them), or nothing.
+std::optional<QString> outOfRangeDateIn(const JsonValue &value);
+
 // Reads the members of one JSON object into a record. Required members fail the record when
 // missing or null; optional members are read when present and not null. Any member of the wrong
 // type fails it too. The first failure is kept in *error and every later read returns a default,
@@ -25,6 +29,8 @@ public:
     QString string(QLatin1StringView key);
     bool boolean(QLatin1StringView key);
     qint64 int64(QLatin1StringView key);
+    // A required whole number that must lie in [min, max] (a field narrower than 64 bits).
+    qint64 int64(QLatin1StringView key, qint64 min, qint64 max);
     double number(QLatin1StringView key);
     QDateTime date(QLatin1StringView key);
     QUuid uuid(QLatin1StringView key);
@@ -70,25 +76,16 @@ public:
     template<typename Decode>
     auto recordList(QLatin1StringView key, Decode decode)
     {
-        using Record = typename decltype(decode(JsonValue(), nullptr))::value_type;
-        QList<Record> list;
-        const JsonValue member = m_object[key];
-        if (!m_ok || !member.isPresent())
-            return list;
-        if (!member.isArray()) {
-            typeMismatch(key, "an array", member);
-            return list;
-        }
-        for (const JsonValue element : member.elements()) {
-            QString nested;
-            auto decoded = decode(element, &nested);
-            if (!decoded) {
-                fail(nested);
-                return QList<Record>();
-            }
-            list.append(std::move(*decoded));
-        }
-        return list;
+        return decodeList(key, decode, nullptr);
+    }
+    // The same, except that an element that fails only because it holds a date outside the
+    // years 0001 to 9999 (which older versions could write) is left out, with the date's text
+    // added to *skipped.
+    template<typename Decode>
+    auto recordListSkippingOutOfRangeDates(QLatin1StringView key, Decode decode,
+                                           QStringList *skipped)
+    {
+        return decodeList(key, decode, skipped);
     }
 
     // An enumeration stored by its raw text; an unknown text fails the record.
@@ -109,6 +106,36 @@ public:
     static QString missingKeyMessage(QLatin1StringView key);
 
 private:
+    template<typename Decode>
+    auto decodeList(QLatin1StringView key, Decode decode, QStringList *skipped)
+    {
+        using Record = typename decltype(decode(JsonValue(), nullptr))::value_type;
+        QList<Record> list;
+        const JsonValue member = m_object[key];
+        if (!m_ok || !member.isPresent())
+            return list;
+        if (!member.isArray()) {
+            typeMismatch(key, "an array", member);
+            return list;
+        }
+        for (const JsonValue element : member.elements()) {
+            QString nested;
+            auto decoded = decode(element, &nested);
+            if (decoded) {
+                list.append(std::move(*decoded));
+                continue;
+            }
+            const std::optional<QString> outOfRange =
+                skipped ? outOfRangeDateIn(element) : std::nullopt;
+            if (!outOfRange) {
+                fail(nested);
+                return QList<Record>();
+            }
+            skipped->append(*outOfRange);
+        }
+        return list;
+    }
+
     // Looks the member up once and converts it; a value `convert` refuses is of the wrong type.
     template<typename Convert>
     auto read(QLatin1StringView key, bool isRequired, const char *expected, Convert convert)

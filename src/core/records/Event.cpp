@@ -42,6 +42,17 @@ Event Event::created(const QString &title, const QDateTime &now, const QTimeZone
     return event;
 }
 
+bool Event::isTitleTooLong(QStringView title)
+{
+    // Characters, not UTF-16 units: an emoji counts once.
+    if (title.size() <= MaxTitleLength)
+        return false;
+    qsizetype characters = 0;
+    for (const QChar unit : title)
+        characters += unit.isLowSurrogate() ? 0 : 1;
+    return characters > MaxTitleLength;
+}
+
 QTimeZone Event::zone() const
 {
     return zoneOrSystem(timeZone);

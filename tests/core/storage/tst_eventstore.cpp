@@ -150,11 +150,16 @@ void TestEventStore::failuresLoseNothingAndPublishNothing()
     m_files.failReads = m_files.failCopies = true;
     QTest::ignoreMessage(QtCriticalMsg, "Failed to read event.json: Permission denied");
     EventStore unread(*m_paths, m_files);
-    m_files.failReads = false;
     EventStoreError error;
     QVERIFY(!unread.addEvent(makeEvent("New", "2026-05-01T10:00:00Z"), &error));
     QVERIFY(error.description.contains(u"unreadable event.json"));
     QVERIFY(unread.events().isEmpty());
+    // Once it can be read, the next change is made to what it holds.
+    m_files.failReads = m_files.failCopies = false;
+    QVERIFY(unread.addEvent(makeEvent("New", "2026-05-01T10:00:00Z"), &error));
+    QCOMPARE(unread.events().size(), 2);
+    QVERIFY(installFixture(file, m_paths->supportDirectory()));
+    m_files.failCopies = true;
 
     // A write that fails changes nothing in memory and tells no one.
     m_files.failWrites = true;

@@ -75,7 +75,7 @@ private Q_SLOTS:
         QVERIFY(m_files.writeAtomically(m_paths->settingsFile(), R"({"language": 5})", &error));
         QTest::ignoreMessage(QtCriticalMsg,
                              "Failed to decode settings.json - using defaults: "
-                             R"(Expected a string for key "language" but found a number)");
+                             R"(Expected a string for key "language" but found 5)");
         SettingsStore store(*m_paths, m_files);
         QCOMPARE(store.settings(), Settings());
         Settings next = store.settings();
