@@ -8,6 +8,7 @@
 #include "json/JsonDocument.h"
 #include "json/JsonWriter.h"
 
+#include <QFileDevice>
 #include <QHash>
 
 using namespace Qt::StringLiterals;
@@ -160,19 +161,37 @@ int ParseCommand::run(const QStringList &arguments, CliContext &context)
 }
 
 // Answers every line of stdin in order; a malformed line gets an error line and the run goes on.
-// Blank lines are skipped.
+// Blank lines are skipped. On real standard streams the bytes go straight through, without a
+// round trip through UTF-16 on either side.
 int ParseCommand::runLines(CliContext &context)
 {
     ZoneCache zones;
     const QDateTime clockNow = context.clock().now();
-    QTextStream &in = context.in();
+    QIODevice *const input = context.in().device();
+    QIODevice *const output = context.out().device();
     QTextStream &out = context.out();
-    QString line;
-    while (in.readLineInto(&line)) {
+    out.flush();
+    const auto answer = [&](const QByteArray &line) {
         if (line.trimmed().isEmpty())
-            continue;
-        out << QString::fromUtf8(answerLine(line.toUtf8(), clockNow, zones)) << '\n';
+            return;
+        QByteArray reply = answerLine(line, clockNow, zones);
+        if (output) {
+            reply += '\n';
+            output->write(reply);
+        } else {
+            out << QString::fromUtf8(reply) << '\n';
+        }
+    };
+    if (input) {
+        for (QByteArray line = input->readLine(); !line.isEmpty(); line = input->readLine())
+            answer(line);
+    } else {
+        QString line;
+        while (context.in().readLineInto(&line))
+            answer(line.toUtf8());
     }
     out.flush();
+    if (auto *file = qobject_cast<QFileDevice *>(output))
+        file->flush();
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "json/JsonDocument.h"
 
+#include <QStringDecoder>
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -33,6 +35,15 @@ bool mayEndPlainRun(quint64 word)
 bool isDigit(const char *p, const char *end)
 {
     return p != end && *p >= '0' && *p <= '9';
+}
+
+// Byte-wise order, as the writer sorts keys.
+int compareBytes(QByteArrayView a, QByteArrayView b)
+{
+    const int common = std::memcmp(a.data(), b.data(), size_t(qMin(a.size(), b.size())));
+    if (common != 0)
+        return common;
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
 
 int hexValue(char c)
@@ -109,7 +120,7 @@ private:
             fail("too many values");
             return 0;
         }
-        m_nodes.push_back(Node {type, false, 0, 0, 0, 0});
+        m_nodes.emplace_back().type = type;
         return quint32(m_nodes.size() - 1);
     }
 
@@ -280,6 +291,17 @@ private:
         }
     }
 
+    int compareKeys(quint32 a, quint32 b) const
+    {
+        return compareKey(m_nodes[a],
+                          QByteArrayView(m_begin + m_nodes[b].begin, m_nodes[b].length));
+    }
+    bool keyLess(quint32 a, quint32 b) const { return compareKeys(a, b) < 0; }
+    int compareKey(const Node &key, QByteArrayView text) const
+    {
+        return compareBytes(QByteArrayView(m_begin + key.begin, key.length), text);
+    }
+
     bool parseObject(int depth)
     {
         if (depth > MaxDepth)
@@ -294,6 +316,7 @@ private:
             return true;
         }
         quint32 previous = 0;
+        bool sorted = true;
         while (true) {
             skipSpace();
             if (m_p == m_end || *m_p != '"')
@@ -301,6 +324,8 @@ private:
             const quint32 key = parseString();
             if (!key)
                 return false;
+            sorted = sorted && !m_nodes[key].flag && (!previous || keyLess(previous, key));
+            m_nodes[object].flag = sorted;
             skipSpace();
             if (m_p == m_end || *m_p != ':')
                 return fail("expected ':'");
@@ -339,7 +364,8 @@ std::optional<JsonDocument> JsonDocument::parse(const QByteArray &utf8, QString 
 {
     JsonDocument doc;
     doc.m_source = utf8;
-    doc.m_nodes.reserve(size_t(utf8.size() / 12 + 16));
+    // Pretty-printed files take about sixteen bytes a value.
+    doc.m_nodes.reserve(size_t(utf8.size() / 16 + 16));
     JsonParser parser(doc.m_source, doc.m_nodes);
     if (!parser.parseDocument()) {
         if (error)
@@ -391,37 +417,69 @@ std::optional<qint64> JsonValue::toInt64() const
 
 namespace {
 
-void appendUtf8(QString &out, QByteArrayView bytes)
+// Converts UTF-8 runs straight into a string's buffer. Unlike QString::fromUtf8 it keeps a
+// byte-order mark at the start of a run: inside a string value it is text (U+FEFF) and must
+// survive a save and a load.
+class Utf8Appender
 {
-    out += QString::fromUtf8(bytes);
+public:
+    explicit Utf8Appender(qsizetype maxUnits)
+        : m_out(maxUnits, Qt::Uninitialized)
+        , m_end(m_out.data())
+    {
+    }
+    void append(QByteArrayView bytes) { m_end = m_decoder.appendToBuffer(m_end, bytes); }
+    void append(QChar unit) { *m_end++ = unit; }
+    QString take()
+    {
+        m_out.truncate(m_end - m_out.constData());
+        return std::move(m_out);
+    }
+
+private:
+    QStringDecoder m_decoder {QStringDecoder::Utf8,
+                              QStringDecoder::Flag::Stateless
+                                  | QStringDecoder::Flag::ConvertInitialBom};
+    QString m_out;
+    QChar *m_end;
+};
+
+QString fromUtf8(QByteArrayView bytes)
+{
+    if (!bytes.startsWith("\xEF\xBB\xBF"))
+        return QString::fromUtf8(bytes);
+    Utf8Appender out(bytes.size());
+    out.append(bytes);
+    return out.take();
 }
 
+// Every escape is shorter than the unit it stands for, and no UTF-8 byte becomes more than one
+// UTF-16 unit: the text's length in bytes bounds the result.
 QString unescape(QByteArrayView text)
 {
-    QString out;
-    out.reserve(text.size());
+    Utf8Appender out(text.size());
     qsizetype runStart = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text[i] != '\\')
             continue;
-        appendUtf8(out, text.sliced(runStart, i - runStart));
+        out.append(text.sliced(runStart, i - runStart));
         ++i;
         const char c = text[i];
         switch (c) {
         case 'n':
-            out += u'\n';
+            out.append(u'\n');
             break;
         case 't':
-            out += u'\t';
+            out.append(u'\t');
             break;
         case 'r':
-            out += u'\r';
+            out.append(u'\r');
             break;
         case 'b':
-            out += u'\b';
+            out.append(u'\b');
             break;
         case 'f':
-            out += u'\f';
+            out.append(u'\f');
             break;
         case 'u': {
             int code = 0;
@@ -429,18 +487,18 @@ QString unescape(QByteArrayView text)
                 const int h = hexValue(text[i + k]);
                 code = code * 16 + (h < 0 ? 0 : h);
             }
-            out += QChar(char16_t(code));
+            out.append(QChar(char16_t(code)));
             i += 4;
             break;
         }
         default:
-            out += QChar::fromLatin1(c);
+            out.append(QChar::fromLatin1(c));
             break; // \" \\ \/
         }
         runStart = i + 1;
     }
-    appendUtf8(out, text.sliced(qMin(runStart, text.size())));
-    return out;
+    out.append(text.sliced(qMin(runStart, text.size())));
+    return out.take();
 }
 
 } // namespace
@@ -449,7 +507,19 @@ QString JsonValue::toString() const
 {
     if (!isString())
         return {};
-    return node().flag ? unescape(raw()) : QString::fromUtf8(raw());
+    return node().flag ? unescape(raw()) : fromUtf8(raw());
+}
+
+QString JsonValue::toSharedString() const
+{
+    constexpr quint32 MaxShared = 64;
+    if (!isString() || node().flag || node().length > MaxShared)
+        return toString();
+    const QByteArrayView text = raw();
+    auto found = m_doc->m_shared.constFind(text);
+    if (found == m_doc->m_shared.constEnd())
+        found = m_doc->m_shared.insert(text, fromUtf8(text));
+    return *found;
 }
 
 std::optional<QByteArrayView> JsonValue::plainUtf8() const
@@ -470,17 +540,55 @@ bool JsonValue::equals(QLatin1StringView text) const
 
 JsonValue JsonValue::operator[](QLatin1StringView key) const
 {
+    quint32 hint = 0;
+    return member(key, &hint);
+}
+
+JsonValue JsonValue::member(QLatin1StringView key, quint32 *hint) const
+{
     if (!isObject())
         return {};
     const auto &nodes = m_doc->m_nodes;
     const char *source = m_doc->m_source.constData();
-    for (quint32 k = node().first; k; k = nodes[k].next) {
+    const auto matches = [&](quint32 k) {
         const JsonDocument::Node &name = nodes[k];
-        const bool same = name.flag ? JsonValue(m_doc, k).toString() == key
-                                    : name.length == quint32(key.size())
+        return name.flag ? JsonValue(m_doc, k).toString() == key
+                         : name.length == quint32(key.size())
                 && std::memcmp(source + name.begin, key.data(), name.length) == 0;
-        if (same)
+    };
+    const quint32 first = node().first;
+    if (node().flag) {
+        // Sorted plain keys: from the member found last, up to the first key beyond this one.
+        const QByteArrayView wanted(key.data(), key.size());
+        const auto order = [&](quint32 k) {
+            return compareBytes(QByteArrayView(source + nodes[k].begin, nodes[k].length), wanted);
+        };
+        quint32 k = *hint ? *hint : first;
+        if (k && order(k) > 0)
+            k = first;
+        for (; k; k = nodes[k].next) {
+            const int o = order(k);
+            if (o == 0) {
+                *hint = k;
+                return JsonValue(m_doc, k + 1);
+            }
+            if (o > 0)
+                break;
+        }
+        return {};
+    }
+    const quint32 start = *hint && nodes[*hint].next ? nodes[*hint].next : first;
+    for (quint32 k = start; k; k = nodes[k].next) {
+        if (matches(k)) {
+            *hint = k;
             return JsonValue(m_doc, k + 1);
+        }
+    }
+    for (quint32 k = first; k && k != start; k = nodes[k].next) {
+        if (matches(k)) {
+            *hint = k;
+            return JsonValue(m_doc, k + 1);
+        }
     }
     return {};
 }

@@ -37,7 +37,7 @@ JsonValue JsonObjectReader::member(QLatin1StringView key, bool isRequired)
 {
     if (!m_ok)
         return {};
-    const JsonValue value = m_object[key];
+    const JsonValue value = find(key);
     if (!value.isPresent()) {
         if (isRequired)
             fail(missingKeyMessage(key));
@@ -61,6 +61,11 @@ std::optional<JsonValue> stringValue(const JsonValue &v)
 std::optional<QString> stringOf(const JsonValue &v)
 {
     return v.isString() ? std::optional(v.toString()) : std::nullopt;
+}
+
+std::optional<QString> sharedStringOf(const JsonValue &v)
+{
+    return v.isString() ? std::optional(v.toSharedString()) : std::nullopt;
 }
 
 std::optional<bool> booleanOf(const JsonValue &v)
@@ -96,6 +101,16 @@ auto JsonObjectReader::read(QLatin1StringView key, bool isRequired, const char *
 QString JsonObjectReader::string(QLatin1StringView key)
 {
     return read(key, true, "a string", stringOf).value_or(QString());
+}
+
+QString JsonObjectReader::sharedString(QLatin1StringView key)
+{
+    return read(key, true, "a string", sharedStringOf).value_or(QString());
+}
+
+std::optional<QString> JsonObjectReader::optionalSharedString(QLatin1StringView key)
+{
+    return read(key, false, "a string", sharedStringOf);
 }
 
 bool JsonObjectReader::boolean(QLatin1StringView key)

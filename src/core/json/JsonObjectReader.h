@@ -22,11 +22,14 @@ public:
     JsonObjectReader(const JsonValue &object, QString *error);
 
     bool ok() const { return m_ok; }
-    bool has(QLatin1StringView key) const { return m_object[key].isPresent(); }
-    JsonValue value(QLatin1StringView key) const { return m_object[key]; }
+    bool has(QLatin1StringView key) const { return find(key).isPresent(); }
+    JsonValue value(QLatin1StringView key) const { return find(key); }
     void fail(const QString &message);
 
     QString string(QLatin1StringView key);
+    // A string that recurs across records (a zone or icon name): one shared copy per document.
+    QString sharedString(QLatin1StringView key);
+    std::optional<QString> optionalSharedString(QLatin1StringView key);
     bool boolean(QLatin1StringView key);
     qint64 int64(QLatin1StringView key);
     // A required whole number that must lie in [min, max] (a field narrower than 64 bits).
@@ -51,7 +54,7 @@ public:
     auto optionalRecord(QLatin1StringView key, Decode decode)
         -> decltype(decode(JsonValue(), nullptr))
     {
-        const JsonValue member = m_object[key];
+        const JsonValue member = find(key);
         if (!m_ok || !member.isPresent())
             return std::nullopt;
         QString nested;
@@ -93,7 +96,7 @@ public:
     auto optionalEnum(QLatin1StringView key, const char *typeName, FromRaw fromRaw)
         -> decltype(fromRaw(QStringView()))
     {
-        const std::optional<QString> raw = optionalString(key);
+        const std::optional<QString> raw = optionalSharedString(key);
         if (!raw)
             return std::nullopt;
         const auto value = fromRaw(*raw);
@@ -111,13 +114,14 @@ private:
     {
         using Record = typename decltype(decode(JsonValue(), nullptr))::value_type;
         QList<Record> list;
-        const JsonValue member = m_object[key];
+        const JsonValue member = find(key);
         if (!m_ok || !member.isPresent())
             return list;
         if (!member.isArray()) {
             typeMismatch(key, "an array", member);
             return list;
         }
+        list.reserve(member.size());
         for (const JsonValue element : member.elements()) {
             QString nested;
             auto decoded = decode(element, &nested);
@@ -145,7 +149,12 @@ private:
     void typeMismatch(QLatin1StringView key, const char *expected, const JsonValue &found);
     JsonValue member(QLatin1StringView key, bool required);
 
+    // Members are looked up from the one found last: decoders that read keys in the order the
+    // files keep them (sorted) find each at once.
+    JsonValue find(QLatin1StringView key) const { return m_object.member(key, &m_hint); }
+
     JsonValue m_object;
     QString *m_error;
     bool m_ok = true;
+    mutable quint32 m_hint = 0;
 };

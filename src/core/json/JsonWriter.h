@@ -55,6 +55,9 @@ public:
     void reportProblem(const QString &problem);
     int depth() const { return m_baseDepth + int(m_levels.size()); }
 
+    // Room for this many bytes of output, so that a large document is not copied as it grows.
+    void reserve(qsizetype bytes) { grow(bytes); }
+
     // The finished document (with the trailing newline of a top-level container).
     QByteArray finish();
     // The finished fragment (no trailing newline).

@@ -8,6 +8,9 @@
 #include <QHash>
 #include <QLoggingCategory>
 
+#include <bit>
+#include <cstring>
+
 DataFile::DataFile(QString path, FileAccess &files, Category category)
     : m_path(std::move(path))
     , m_files(files)
@@ -21,9 +24,38 @@ QString DataFile::name() const
     return QFileInfo(m_path).fileName();
 }
 
+namespace {
+
+// A quick 64-bit hash: four multiply-rotate lanes over eight-byte words, then the tail. Every step
+// is one-to-one in the lane's state, so a change within one word always shows; it runs at memory
+// speed, several times faster than qHash over the megabytes of a large events file.
+quint64 contentHash(QByteArrayView bytes)
+{
+    constexpr quint64 P1 = 0x9E3779B185EBCA87ULL;
+    constexpr quint64 P2 = 0xC2B2AE3D27D4EB4FULL;
+    quint64 lanes[4] = {P1, P2, P1 ^ P2, P1 + P2};
+    const char *p = bytes.data();
+    qsizetype left = bytes.size();
+    for (; left >= 32; p += 32, left -= 32) {
+        for (int i = 0; i < 4; ++i) {
+            quint64 word;
+            std::memcpy(&word, p + 8 * i, sizeof word);
+            lanes[i] = std::rotl(lanes[i] ^ (word * P2), 31) * P1;
+        }
+    }
+    quint64 hash = quint64(bytes.size()) * P1;
+    for (const quint64 lane : lanes)
+        hash = std::rotl(hash ^ (lane * P2), 27) * P1;
+    for (; left > 0; ++p, --left)
+        hash = std::rotl(hash ^ (quint64(quint8(*p)) * P2), 11) * P1;
+    return hash ^ (hash >> 29);
+}
+
+} // namespace
+
 DataFile::Fingerprint DataFile::fingerprintOf(const QByteArray &bytes)
 {
-    return Fingerprint {true, bytes.size(), qHash(QByteArrayView(bytes), 0)};
+    return Fingerprint {true, bytes.size(), contentHash(bytes)};
 }
 
 DataFile::Read DataFile::readIfChanged()

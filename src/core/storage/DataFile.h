@@ -58,7 +58,7 @@ private:
     {
         bool exists = false;
         qsizetype size = 0;
-        size_t hash = 0;
+        quint64 hash = 0;
         bool operator==(const Fingerprint &) const = default;
     };
     static Fingerprint fingerprintOf(const QByteArray &bytes);

@@ -7,6 +7,7 @@ void EncodedEventCache::writeAll(const QList<Event> &events, JsonWriter &writer)
     const int elementDepth = writer.depth();
     QHash<QUuid, Entry> kept;
     kept.reserve(events.size());
+    m_encodedBytes = 0;
     for (const Event &event : events) {
         auto cached = m_entries.find(event.id);
         if (cached == m_entries.end() || !(cached->event == event) || kept.contains(event.id)) {
@@ -22,6 +23,7 @@ void EncodedEventCache::writeAll(const QList<Event> &events, JsonWriter &writer)
             cached = m_entries.insert(event.id, Entry {event, fragment.finishFragment()});
         }
         writer.encoded(cached->json);
+        m_encodedBytes += cached->json.size();
         kept.insert(event.id, std::move(*cached));
     }
     m_entries = std::move(kept);

@@ -33,12 +33,17 @@ QString notRegular()
     return QStringLiteral("not a regular file");
 }
 
-// Reads at most one byte more than a data file may hold, so that a file that grew while it was
-// read is still caught.
-std::optional<QByteArray> readBounded(QFile &file, QString *error)
+// Reads the `expected` bytes into a buffer of that size, then whatever the file grew by
+// meanwhile, up to one byte more than a data file may hold.
+std::optional<QByteArray> readBounded(QFile &file, qint64 expected, QString *error)
 {
-    QByteArray bytes = file.read(FileAccess::MaxFileBytes + 1);
-    if (file.error() != QFileDevice::NoError) {
+    QByteArray bytes(qMin(expected, FileAccess::MaxFileBytes), Qt::Uninitialized);
+    const qint64 got = file.read(bytes.data(), bytes.size());
+    if (got >= 0) {
+        bytes.truncate(got);
+        bytes += file.read(FileAccess::MaxFileBytes + 1 - got);
+    }
+    if (got < 0 || file.error() != QFileDevice::NoError) {
         failWith(error, file.errorString());
         return std::nullopt;
     }
@@ -79,12 +84,12 @@ std::optional<QByteArray> DiskFileAccess::read(const QString &path, QString *err
         return std::nullopt;
     }
     QFile file;
-    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+    if (!file.open(fd, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
         ::close(fd);
         failWith(error, file.errorString());
         return std::nullopt;
     }
-    return readBounded(file, error);
+    return readBounded(file, status.st_size, error);
 #else
     const QFileInfo info(path);
     if (info.exists() && !info.isFile()) {
@@ -96,11 +101,11 @@ std::optional<QByteArray> DiskFileAccess::read(const QString &path, QString *err
         return std::nullopt;
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         failWith(error, file.errorString());
         return std::nullopt;
     }
-    return readBounded(file, error);
+    return readBounded(file, info.size(), error);
 #endif
 }
 

@@ -42,6 +42,8 @@ QByteArray StoreEnvelope::encode(const StoreState &state, EncodedEventCache *cac
                                  QString *problem)
 {
     JsonWriter writer;
+    if (cache) // the events as last written, the calendar state and room for a change
+        writer.reserve(cache->encodedBytes() + cache->encodedBytes() / 16 + 65536);
     writer.beginObject();
     writeAssignments(writer, "calendarAnnotations"_L1, state.calendarAnnotations,
                      [](const CalendarSeriesRef &s, const CalendarAnnotation &a) {

@@ -88,6 +88,8 @@ void TestJsonFidelity::sameBytesAsQt_data()
     strings("non-ASCII text, and emoji beyond the BMP",
             {u"İstanbul çğüş – Straße, 日本語, Ωμέγα"_qs,
              u"🎉 👩‍👩‍👧 𝄞 🏳️‍🌈"_qs});
+    strings("byte-order marks inside strings, first and after an escape",
+            {withUnits({0xfeff, 0xfeff, u'x'}), withUnits({u'\n', 0xfeff})});
     strings("surrogates without their partner",
             {withUnits({0xd83d}), withUnits({0xde00, u'x'}), withUnits({u'a', 0xd800, u'b'})});
 }
