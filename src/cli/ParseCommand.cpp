@@ -8,8 +8,15 @@
 #include "json/JsonDocument.h"
 #include "json/JsonWriter.h"
 
+#include <QFile>
 #include <QFileDevice>
 #include <QHash>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+
+#include <cerrno>
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -53,73 +60,98 @@ QString unknownZone(const QString &ianaId)
         .arg(ianaId);
 }
 
-// Zones by name for a run of lines: building a QTimeZone reads the zone database.
-class ZoneCache
-{
-public:
-    std::optional<QTimeZone> find(const QString &ianaId)
-    {
-        if (ianaId.isEmpty())
-            return QTimeZone::systemTimeZone();
-        auto it = m_zones.find(ianaId);
-        if (it == m_zones.end())
-            it = m_zones.insert(ianaId, QTimeZone(ianaId.toUtf8()));
-        return it->isValid() ? std::optional<QTimeZone>(*it) : std::nullopt;
-    }
-
-private:
-    QHash<QString, QTimeZone> m_zones;
-};
-
 bool isAbsent(const JsonValue &value)
 {
     return value.isUndefined() || value.isNull();
 }
 
-// One request line: {"text": string, "now": ISO 8601 (default: the clock), "tz": IANA name
-// (default: the system zone), "keepsPast": bool (default false)}.
-QByteArray answerLine(const QByteArray &line, const QDateTime &clockNow, ZoneCache &zones)
+// Answers request lines: {"text": string, "now": ISO 8601 (default: the clock), "tz": IANA name
+// (default: the system zone), "keepsPast": bool (default false)}. Zones and instants recur from
+// line to line; each distinct one is read once.
+class Requests
 {
-    QString parseError;
-    const std::optional<JsonDocument> document = JsonDocument::parse(line, &parseError);
-    if (!document)
-        return errorLine(QStringLiteral("not JSON: %1").arg(parseError));
-    const JsonValue request = document->root();
-    if (!request.isObject())
-        return errorLine(QStringLiteral("not a JSON object"));
-
-    const JsonValue text = request["text"_L1];
-    if (!text.isString())
-        return errorLine(QStringLiteral("\"text\" must be a string"));
-
-    const JsonValue tz = request["tz"_L1];
-    if (!isAbsent(tz) && !tz.isString())
-        return errorLine(QStringLiteral("\"tz\" must be a string"));
-    const std::optional<QTimeZone> zone = zones.find(tz.toString());
-    if (!zone)
-        return errorLine(unknownZone(tz.toString()));
-
-    QDateTime now = clockNow;
-    const JsonValue nowValue = request["now"_L1];
-    if (!isAbsent(nowValue)) {
-        const QString given = nowValue.isString() ? nowValue.toString()
-            : nowValue.isNumber()                 ? nowValue.numberText()
-                                                  : describeJsonType(nowValue);
-        QString problem;
-        const auto parsed = nowValue.isString()
-            ? parseDateArgument(given, QTimeZone::systemTimeZone(), &problem)
-            : std::nullopt;
-        if (!parsed)
-            return errorLine(instantArgumentError(given, problem));
-        now = parsed->instant;
+public:
+    explicit Requests(QDateTime clockNow)
+        : m_clockNow(std::move(clockNow))
+    {
     }
 
-    const JsonValue keepsPast = request["keepsPast"_L1];
-    if (!isAbsent(keepsPast) && !keepsPast.isBool())
-        return errorLine(QStringLiteral("\"keepsPast\" must be true or false"));
+    QByteArray answer(const QByteArray &line)
+    {
+        QString parseError;
+        const std::optional<JsonDocument> document = JsonDocument::parse(line, &parseError);
+        if (!document)
+            return errorLine(QStringLiteral("not JSON: %1").arg(parseError));
+        const JsonValue request = document->root();
+        if (!request.isObject())
+            return errorLine(QStringLiteral("not a JSON object"));
 
-    return resultLine(NaturalDateParser::parse(text.toString(), now, *zone, keepsPast.toBool()));
-}
+        const JsonValue text = request["text"_L1];
+        if (!text.isString())
+            return errorLine(QStringLiteral("\"text\" must be a string"));
+
+        const JsonValue tz = request["tz"_L1];
+        if (!isAbsent(tz) && !tz.isString())
+            return errorLine(QStringLiteral("\"tz\" must be a string"));
+        const QTimeZone *zone = zoneNamed(tz.toSharedString());
+        if (!zone)
+            return errorLine(unknownZone(tz.toString()));
+
+        QDateTime now = m_clockNow;
+        const JsonValue nowValue = request["now"_L1];
+        if (!isAbsent(nowValue)) {
+            QString problem;
+            const std::optional<QDateTime> given = instant(nowValue, &problem);
+            if (!given)
+                return errorLine(problem);
+            now = *given;
+        }
+
+        const JsonValue keepsPast = request["keepsPast"_L1];
+        if (!isAbsent(keepsPast) && !keepsPast.isBool())
+            return errorLine(QStringLiteral("\"keepsPast\" must be true or false"));
+
+        return resultLine(
+            NaturalDateParser::parse(text.toString(), now, *zone, keepsPast.toBool()));
+    }
+
+private:
+    // Building a QTimeZone reads the zone database.
+    const QTimeZone *zoneNamed(const QString &ianaId)
+    {
+        auto it = m_zones.find(ianaId);
+        if (it == m_zones.end())
+            it = m_zones.insert(ianaId,
+                                ianaId.isEmpty() ? QTimeZone::systemTimeZone()
+                                                 : QTimeZone(ianaId.toUtf8()));
+        return it->isValid() ? &*it : nullptr;
+    }
+
+    std::optional<QDateTime> instant(const JsonValue &value, QString *problem)
+    {
+        const QString given = value.isString() ? value.toString()
+            : value.isNumber()                 ? value.numberText()
+                                               : describeJsonType(value);
+        if (value.isString() && given == m_lastNowText)
+            return m_lastNow;
+        QString outOfRange;
+        const std::optional<DateArgument> parsed = value.isString()
+            ? parseDateArgument(given, QTimeZone::systemTimeZone(), &outOfRange)
+            : std::nullopt;
+        if (!parsed) {
+            *problem = instantArgumentError(given, outOfRange);
+            return std::nullopt;
+        }
+        m_lastNowText = given;
+        m_lastNow = parsed->instant;
+        return m_lastNow;
+    }
+
+    QDateTime m_clockNow;
+    QHash<QString, QTimeZone> m_zones;
+    QString m_lastNowText;
+    QDateTime m_lastNow;
+};
 
 } // namespace
 
@@ -160,38 +192,78 @@ int ParseCommand::run(const QStringList &arguments, CliContext &context)
     return 0;
 }
 
+namespace {
+
+// The standard input's descriptor when it is a real file or pipe, so that it can be read in
+// blocks: what has arrived is answered at once, so a program that writes a line and waits for
+// its answer is served as well as a file of a million lines.
+int descriptorOf(QIODevice *device)
+{
+#ifdef Q_OS_UNIX
+    if (auto *file = qobject_cast<QFile *>(device))
+        return file->handle();
+#else
+    Q_UNUSED(device)
+#endif
+    return -1;
+}
+
+} // namespace
+
 // Answers every line of stdin in order; a malformed line gets an error line and the run goes on.
-// Blank lines are skipped. On real standard streams the bytes go straight through, without a
-// round trip through UTF-16 on either side.
+// Blank lines are skipped. On real standard streams the bytes go straight through, in blocks,
+// without a round trip through UTF-16 on either side.
 int ParseCommand::runLines(CliContext &context)
 {
-    ZoneCache zones;
-    const QDateTime clockNow = context.clock().now();
-    QIODevice *const input = context.in().device();
+    Requests requests(context.clock().now());
     QIODevice *const output = context.out().device();
     QTextStream &out = context.out();
     out.flush();
-    const auto answer = [&](const QByteArray &line) {
+    QByteArray answers;
+    const auto answer = [&](QByteArrayView line) {
         if (line.trimmed().isEmpty())
             return;
-        QByteArray reply = answerLine(line, clockNow, zones);
-        if (output) {
-            reply += '\n';
-            output->write(reply);
-        } else {
-            out << QString::fromUtf8(reply) << '\n';
-        }
+        answers += requests.answer(QByteArray::fromRawData(line.data(), line.size()));
+        answers += '\n';
     };
-    if (input) {
-        for (QByteArray line = input->readLine(); !line.isEmpty(); line = input->readLine())
-            answer(line);
-    } else {
+    const auto send = [&] {
+        if (output) {
+            output->write(answers);
+            if (auto *file = qobject_cast<QFileDevice *>(output))
+                file->flush();
+        } else {
+            out << QString::fromUtf8(answers);
+            out.flush();
+        }
+        answers.clear();
+    };
+
+    const int fd = descriptorOf(context.in().device());
+    if (fd < 0) {
         QString line;
         while (context.in().readLineInto(&line))
             answer(line.toUtf8());
+        send();
+        return 0;
     }
-    out.flush();
-    if (auto *file = qobject_cast<QFileDevice *>(output))
-        file->flush();
+#ifdef Q_OS_UNIX
+    QByteArray pending;
+    char block[65536];
+    while (true) {
+        const ssize_t got = ::read(fd, block, sizeof block);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        pending.append(block, got);
+        qsizetype start = 0;
+        for (qsizetype end; (end = pending.indexOf('\n', start)) >= 0; start = end + 1)
+            answer(QByteArrayView(pending).sliced(start, end - start));
+        pending.remove(0, start);
+        send();
+    }
+    answer(pending); // a last line without its line break
+    send();
+#endif
     return 0;
 }

@@ -113,9 +113,10 @@ JsonWriter::JsonWriter(int baseDepth)
 }
 
 JsonWriter::JsonWriter(Layout layout)
-    : JsonWriter()
+    : m_out(layout == Layout::compact ? 256 : 4096, Qt::Uninitialized)
+    , m_cursor(m_out.data())
+    , m_compact(layout == Layout::compact)
 {
-    m_compact = layout == Layout::compact;
 }
 
 char *JsonWriter::grow(qsizetype bytes)

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void failuresLoseNothingAndPublishNothing();
     void pinRules();
     void calendarReachRoundTripsAndAnEmptyOneIsDropped();
+    void aFileFoundByFuzzingLoadsSavesAndLoadsTheSame();
 
 private:
     std::unique_ptr<TempPathProvider> m_paths;
@@ -214,6 +215,17 @@ void TestEventStore::calendarReachRoundTripsAndAnEmptyOneIsDropped()
     // An entry with nothing chosen says no more than a missing one.
     QVERIFY(store.setCalendarReach(Standup, CalendarReachSignals()));
     QVERIFY(EventStore(*m_paths, m_files).calendarReach().isEmpty());
+}
+
+void TestEventStore::aFileFoundByFuzzingLoadsSavesAndLoadsTheSame()
+{
+    // A calendar id "\t\uFEFF": the byte-order mark after an escape was dropped by each load.
+    const QString file = QStringLiteral("events/fuzz-byte-order-mark-after-an-escape.json");
+    QVERIFY(installFixture(file, m_paths->supportDirectory()));
+    EventStore store(*m_paths, m_files);
+    QVERIFY(store.calendarIcons().firstKey().calendarID.contains(QStringLiteral("\t\uFEFF")));
+    QVERIFY(store.addEvent(makeEvent("New", "2026-05-01T10:00:00Z")));
+    QCOMPARE(EventStore(*m_paths, m_files).state(), store.state());
 }
 
 QTEST_GUILESS_MAIN(TestEventStore)
