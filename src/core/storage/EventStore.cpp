@@ -151,6 +151,17 @@ bool EventStore::mutate(Write write, const Operation &operation, EventStoreError
     return ok;
 }
 
+bool EventStore::edit(const std::function<void(StoreState &)> &change, EventStoreError *error)
+{
+    return mutate(
+        Write::ifChanged,
+        [&](StoreState &state, EventStoreError *) {
+            change(state);
+            return true;
+        },
+        error);
+}
+
 const Event *EventStore::event(const QUuid &id) const
 {
     const qsizetype index = indexOf(m_state.events, id);
@@ -214,16 +225,14 @@ bool EventStore::updateEvents(const QList<std::pair<QUuid, EventPatch>> &patches
         if (patch.title && Event::isTitleTooLong(*patch.title))
             return refuseLongTitle(error);
     }
-    return mutate(
-        Write::ifChanged,
-        [&](StoreState &state, EventStoreError *) {
+    return edit(
+        [&](StoreState &state) {
             for (const auto &[id, patch] : patches) {
                 const qsizetype index = indexOf(state.events, id);
                 if (index >= 0)
                     patch.applyTo(state.events[index]);
             }
             sortEvents(state.events);
-            return true;
         },
         error);
 }
@@ -299,48 +308,29 @@ bool EventStore::setPin(const std::optional<PinTarget> &pin, EventStoreError *er
 bool EventStore::setCalendarIcon(const CalendarSeriesRef &series,
                                  const std::optional<IconRef> &icon, EventStoreError *error)
 {
-    return mutate(
-        Write::ifChanged,
-        [&](StoreState &state, EventStoreError *) {
-            assign(state.calendarIcons, series, icon);
-            return true;
-        },
-        error);
+    return edit([&](StoreState &state) { assign(state.calendarIcons, series, icon); }, error);
 }
 
 bool EventStore::setSeriesHidden(const CalendarSeriesRef &series, bool hidden,
                                  EventStoreError *error)
 {
-    return mutate(
-        Write::ifChanged,
-        [&](StoreState &state, EventStoreError *) {
-            assign(state.hiddenCalendarSeries, series, hidden);
-            return true;
-        },
-        error);
+    return edit([&](StoreState &state) { assign(state.hiddenCalendarSeries, series, hidden); },
+                error);
 }
 
 bool EventStore::setSeriesKept(const CalendarSeriesRef &series, bool kept, EventStoreError *error)
 {
-    return mutate(
-        Write::ifChanged,
-        [&](StoreState &state, EventStoreError *) {
-            assign(state.keptCalendarSeries, series, kept);
-            return true;
-        },
-        error);
+    return edit([&](StoreState &state) { assign(state.keptCalendarSeries, series, kept); }, error);
 }
 
 bool EventStore::setCalendarReach(const CalendarSeriesRef &series,
                                   const CalendarReachSignals &reach, EventStoreError *error)
 {
-    return mutate(
-        Write::ifChanged,
-        [&](StoreState &state, EventStoreError *) {
+    return edit(
+        [&](StoreState &state) {
             // An entry with nothing chosen and nothing pending says no more than a missing one.
             assign(state.calendarReach, series,
                    reach.isEmpty() ? std::nullopt : std::optional(reach));
-            return true;
         },
         error);
 }
@@ -349,13 +339,11 @@ bool EventStore::setCalendarAnnotation(const CalendarSeriesRef &series,
                                        const std::optional<CalendarAnnotation> &annotation,
                                        EventStoreError *error)
 {
-    return mutate(
-        Write::ifChanged,
-        [&](StoreState &state, EventStoreError *) {
+    return edit(
+        [&](StoreState &state) {
             assign(state.calendarAnnotations, series,
                    annotation && !annotation->isEmpty() ? annotation
                                                         : std::optional<CalendarAnnotation>());
-            return true;
         },
         error);
 }

@@ -122,6 +122,8 @@ private:
     // One read-modify-write under the lock: takes in an outside change, applies `operation`,
     // writes, publishes.
     bool mutate(Write write, const Operation &operation, EventStoreError *error);
+    // A change that cannot fail, written only when it changes something.
+    bool edit(const std::function<void(StoreState &)> &change, EventStoreError *error);
     // The file's contents when they differ from what this store last read or wrote.
     std::optional<LoadResult> outsideChange();
     void publish(StoreState next);
