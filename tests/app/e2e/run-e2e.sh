@@ -64,4 +64,18 @@ retry 100 grep -q "Opened the popup" "$log" || fail "the popup did not open for 
 sleep 2 # the first frame of the popup (software GL) takes a moment
 "$grab" "$out/e2e-popup.png" || fail "no screenshot"
 echo "Screenshot: $out/e2e-popup.png"
+
+# A countdown added and pinned from a terminal reaches the running app's panel item and popup.
+item_label() {
+    gdbus call --session --dest "${item%%/*}" --object-path "/${item#*/}" \
+        --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel
+}
+label_shows() { [[ "$(item_label)" == *"$1"* ]]; }
+id=$("$tarrow" --data-dir "$data" add "From a terminal" \
+    --date "$(date -u -d '+2 days' +%Y-%m-%dT%H:%M:%SZ)") || fail "could not add from a terminal"
+"$tarrow" --data-dir "$data" pin "$id" || fail "could not pin from a terminal"
+retry 30 label_shows "From a terminal" || fail "the item still shows $(item_label)"
+sleep 1
+"$grab" "$out/e2e-popup-after-command.png" || fail "no screenshot"
+echo "Screenshot: $out/e2e-popup-after-command.png"
 echo PASS
