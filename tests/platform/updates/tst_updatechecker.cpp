@@ -4,16 +4,16 @@
 #include "platform/updates/UpdateChecker.h"
 #include "support/FakeClock.h"
 #include "support/ItemFixtures.h"
+#include "support/LoopbackHttp.h"
 
 #include <QNetworkAccessManager>
 #include <QSettings>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using std::chrono::milliseconds;
+using Answer = LoopbackHttp::Answer;
 
 namespace {
 
@@ -31,37 +31,6 @@ QByteArray appcast(const QByteArray &newest)
         + "'/></item><item><sparkle:version>0.0.9</sparkle:version></item>"
           "</channel></rss>";
 }
-
-// An HTTP server on 127.0.0.1 that answers every request with one canned response, or never.
-class LoopbackServer : public QTcpServer
-{
-public:
-    int status = 200;
-    QByteArray body;
-    bool hangs = false;
-    int requests = 0;
-
-    LoopbackServer()
-    {
-        listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection()) {
-                connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
-                    if (!socket->readAll().contains("\r\n\r\n") || hangs)
-                        return;
-                    ++requests;
-                    socket->write("HTTP/1.1 " + QByteArray::number(status)
-                                  + " Status\r\nContent-Type: application/rss+xml\r\n"
-                                    "Connection: close\r\nContent-Length: "
-                                  + QByteArray::number(body.size()) + "\r\n\r\n" + body);
-                    socket->disconnectFromHost();
-                });
-                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-            }
-        });
-    }
-    QUrl feed() const { return QUrl(u"http://127.0.0.1:%1/appcast.xml"_s.arg(serverPort())); }
-};
 
 // The facade and the checker over a feed, with their own defaults file and clock.
 struct Updater
@@ -129,9 +98,7 @@ void tst_UpdateChecker::versionsCompareAsUpdatersCompareThem()
 
 void tst_UpdateChecker::checkNowEndsInTheServersAnswer_data()
 {
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("hangs");
+    QTest::addColumn<Answer>("answer");
     QTest::addColumn<QUrl>("feed"); // empty: the loopback server
     QTest::addColumn<UpdateChecker::State>("state");
     QTest::addColumn<QString>("version");
@@ -140,32 +107,28 @@ void tst_UpdateChecker::checkNowEndsInTheServersAnswer_data()
     using State = UpdateChecker::State;
     const QUrl none;
     QTest::newRow("The newest release for Linux is ours: up to date")
-        << 200 << appcast("0.1.0") << false << none << State::upToDate << u"0.1.0"_s << none;
+        << Answer {200, appcast("0.1.0")} << none << State::upToDate << u"0.1.0"_s << none;
     QTest::newRow("A newer release is available, with its page")
-        << 200 << appcast("0.2.0") << false << none << State::updateAvailable << u"0.2.0"_s
+        << Answer {200, appcast("0.2.0")} << none << State::updateAvailable << u"0.2.0"_s
         << QUrl(u"https://tarrow.example/releases/0.2.0"_s);
-    QTest::newRow("A malformed feed fails") << 200 << QByteArray("<rss><channel><item>") << false
-                                            << none << State::failed << QString() << none;
+    QTest::newRow("A malformed feed fails")
+        << Answer {200, "<rss><channel><item>"} << none << State::failed << QString() << none;
     QTest::newRow("An HTTP error fails")
-        << 500 << QByteArray("oops") << false << none << State::failed << QString() << none;
+        << Answer {500, "oops"} << none << State::failed << QString() << none;
     QTest::newRow("A server slower than the probe timeout fails")
-        << 200 << appcast("0.2.0") << true << none << State::failed << QString() << none;
+        << Answer {200, {}, {}, true} << none << State::failed << QString() << none;
     QTest::newRow("A feed that is not HTTPS is never fetched")
-        << 200 << appcast("0.2.0") << false << QUrl(u"http://tarrow.example/appcast.xml"_s)
+        << Answer {200, appcast("0.2.0")} << QUrl(u"http://tarrow.example/appcast.xml"_s)
         << State::failed << QString() << none;
 }
 
 void tst_UpdateChecker::checkNowEndsInTheServersAnswer()
 {
-    QFETCH(int, status);
-    QFETCH(QByteArray, body);
-    QFETCH(bool, hangs);
     QFETCH(QUrl, feed);
-    LoopbackServer server;
-    server.status = status;
-    server.body = body;
-    server.hangs = hangs;
-    Updater updater(feed.isEmpty() ? server.feed() : feed, milliseconds(300));
+    LoopbackHttp server;
+    QFETCH(Answer, answer);
+    server.answers["/appcast.xml"] = answer;
+    Updater updater(feed.isEmpty() ? server.url(u"/appcast.xml"_s) : feed, milliseconds(300));
     updater.checker.checkNow();
     QCOMPARE(updater.checker.state(), UpdateChecker::State::checking);
     QTEST(updater.settle(), "state");
@@ -194,9 +157,9 @@ void tst_UpdateChecker::launchCheckWaitsFourHours()
     QFETCH(qint64, lastCheckAgo);
     QFETCH(bool, automatic);
     QFETCH(QString, skipped);
-    LoopbackServer server;
-    server.body = appcast("0.2.0");
-    Updater updater(server.feed());
+    LoopbackHttp server;
+    server.answers["/appcast.xml"] = {200, appcast("0.2.0")};
+    Updater updater(server.url(u"/appcast.xml"_s));
     if (lastCheckAgo >= 0)
         updater.defaults.setValue(u"SULastCheckTime"_s, updater.clock.now().addSecs(-lastCheckAgo));
     updater.defaults.setValue(u"SUEnableAutomaticChecks"_s, automatic);
@@ -206,13 +169,13 @@ void tst_UpdateChecker::launchCheckWaitsFourHours()
     updater.facade.launchCheck();
     if (!skipped.isEmpty()) {
         QTest::qWait(200);
-        QCOMPARE(server.requests, 0);
+        QVERIFY(server.requests.isEmpty());
         QCOMPARE(updater.checker.state(), UpdateChecker::State::idle);
         return;
     }
     // What a background check finds shows on the About page too.
     QTRY_COMPARE(updater.checker.state(), UpdateChecker::State::updateAvailable);
-    QCOMPARE(server.requests, 1);
+    QCOMPARE(server.requests.value("/appcast.xml").size(), 1);
     QCOMPARE(updater.facade.lastUpdateCheckDate(), updater.clock.now());
 }
 
