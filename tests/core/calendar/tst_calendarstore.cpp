@@ -38,57 +38,53 @@ class ListProvider final : public CalendarProvider
 {
     Q_OBJECT
 public:
-    QList<ProviderOccurrence> answer;
-    bool fail = false;
+    std::optional<QList<ProviderOccurrence>> answer {QList<ProviderOccurrence>()}; // none: fails
     bool holdAnswers = false;
     int reads = 0;
-    QList<std::shared_ptr<QPromise<QList<ProviderOccurrence>>>> held;
 
     QList<CalendarInfo> calendars() const override
     {
         CalendarInfo work;
         work.id = u"work"_s;
-        work.title = u"Work"_s;
-        work.accountID = u"local"_s;
         return {work};
     }
     QFuture<QList<ProviderOccurrence>> occurrences(const OccurrenceQuery &) override
     {
         ++reads;
-        auto promise = std::make_shared<QPromise<QList<ProviderOccurrence>>>();
-        QFuture<QList<ProviderOccurrence>> future = promise->future();
-        promise->start();
-        if (holdAnswers) {
-            held.append(promise);
-            return future;
-        }
-        settle(*promise);
+        m_held.emplace_back().start();
+        QFuture<QList<ProviderOccurrence>> future = m_held.back().future();
+        if (!holdAnswers)
+            releaseHeld();
         return future;
     }
     void releaseHeld()
     {
-        for (const auto &promise : std::as_const(held))
-            settle(*promise);
-        held.clear();
+        for (QPromise<QList<ProviderOccurrence>> &promise : m_held) {
+            if (answer)
+                promise.addResult(*answer);
+            else
+                promise.future().cancel();
+            promise.finish();
+        }
+        m_held.clear();
     }
     void announceChange() { Q_EMIT changed(); }
 
 private:
-    void settle(QPromise<QList<ProviderOccurrence>> &promise)
-    {
-        if (fail)
-            promise.future().cancel();
-        else
-            promise.addResult(answer);
-        promise.finish();
-    }
+    std::vector<QPromise<QList<ProviderOccurrence>>> m_held;
 };
 
+// Titles as the list shows them, marked when left out of the automatic choice, with the start of
+// the series' previous occurrence in minutes from now.
 QStringList titles(const QList<CalendarOccurrence> &list)
 {
     QStringList out;
-    for (const CalendarOccurrence &o : list)
-        out.append(o.title);
+    for (const CalendarOccurrence &o : list) {
+        out.append(o.title + (o.excludedFromAutomatic ? u" (not automatic)"_s : QString())
+                   + (o.previousOccurrenceStart
+                          ? u" after %1m"_s.arg(now.secsTo(*o.previousOccurrenceStart) / 60)
+                          : QString()));
+    }
     return out;
 }
 
@@ -101,7 +97,6 @@ class TestCalendarStore : public QObject
 private Q_SLOTS:
     void filterRules_data();
     void filterRules();
-    void marksPreviousOccurrenceAndAutomaticChoice();
     void coalescesBurstsAndRereadsAfterARead();
     void aFailingProviderKeepsWhatItHad();
     void settingsAndKeptSeriesApplyAtOnce();
@@ -127,6 +122,8 @@ void TestCalendarStore::filterRules_data()
     showAllDay.includeAllDay = true;
     homeOff.disabledCalendarIDs = {u"home"_s};
     twoDays.horizonDays = 2;
+    ProviderOccurrence cancelledYesterday = occurrence(u"weekly"_s, -24 * 60);
+    cancelledYesterday.isCancelled = true;
 
     QTest::newRow("ended, under way, upcoming: all but the ended one")
         << QList {occurrence(u"ended"_s, -60, 30), occurrence(u"under way"_s, -10, 30),
@@ -137,21 +134,25 @@ void TestCalendarStore::filterRules_data()
         << twoDays << false << QStringList {u"tomorrow"_s};
     QTest::newRow("declined, skipped by default")
         << QList {declined} << defaults << false << QStringList {};
-    QTest::newRow("declined, shown when asked")
-        << QList {declined} << showDeclined << false << QStringList {u"declined"_s};
+    QTest::newRow("declined, shown when asked, never chosen automatically")
+        << QList {declined} << showDeclined << false << QStringList {u"declined (not automatic)"_s};
     QTest::newRow("declined, skipped even when kept")
         << QList {declined} << defaults << true << QStringList {};
     QTest::newRow("cancelled, never shown")
         << QList {cancelled} << showDeclined << true << QStringList {};
     QTest::newRow("all-day, left out by default")
         << QList {allDay} << defaults << false << QStringList {};
-    QTest::newRow("all-day, shown when asked")
-        << QList {allDay} << showAllDay << false << QStringList {u"all-day"_s};
+    QTest::newRow("all-day, shown when asked, never chosen automatically")
+        << QList {allDay} << showAllDay << false << QStringList {u"all-day (not automatic)"_s};
     QTest::newRow("all-day, shown when kept")
-        << QList {allDay} << defaults << true << QStringList {u"all-day"_s};
+        << QList {allDay} << defaults << true << QStringList {u"all-day (not automatic)"_s};
     QTest::newRow("a switched-off calendar") << QList {other} << homeOff << false << QStringList {};
     QTest::newRow("a switched-off calendar's kept series")
         << QList {other} << homeOff << true << QStringList {u"other calendar"_s};
+    QTest::newRow("a series' previous occurrence is the last one not cancelled")
+        << QList {occurrence(u"weekly"_s, 60), cancelledYesterday,
+                  occurrence(u"weekly"_s, -7 * 24 * 60)}
+        << defaults << false << QStringList {u"weekly after -10080m"_s};
 }
 
 void TestCalendarStore::filterRules()
@@ -166,31 +167,6 @@ void TestCalendarStore::filterRules()
             keptSeries.insert(o.ref.series);
     }
     QCOMPARE(titles(OccurrenceFilter::apply(read, settings, keptSeries, now)), shown);
-}
-
-void TestCalendarStore::marksPreviousOccurrenceAndAutomaticChoice()
-{
-    ProviderOccurrence lastWeek = occurrence(u"weekly"_s, -7 * 24 * 60);
-    ProviderOccurrence cancelledYesterday = occurrence(u"weekly"_s, -24 * 60);
-    cancelledYesterday.isCancelled = true;
-    ProviderOccurrence today = occurrence(u"weekly"_s, 60);
-    ProviderOccurrence declined = occurrence(u"declined"_s, 90);
-    declined.participation = CalendarParticipation::declined;
-    ProviderOccurrence allDay = occurrence(u"all-day"_s, 120, 24 * 60);
-    allDay.isAllDay = true;
-    CalendarSettings settings;
-    settings.skipDeclined = false;
-    settings.includeAllDay = true;
-
-    const QList<CalendarOccurrence> shown = OccurrenceFilter::apply(
-        {today, cancelledYesterday, lastWeek, declined, allDay}, settings, {}, now);
-    QCOMPARE(titles(shown), (QStringList {u"weekly"_s, u"declined"_s, u"all-day"_s}));
-    // The cancelled one does not count as the previous occurrence.
-    QCOMPARE(shown.at(0).previousOccurrenceStart, lastWeek.start);
-    QVERIFY(!shown.at(0).excludedFromAutomatic);
-    QVERIFY(shown.at(1).excludedFromAutomatic);
-    QVERIFY(shown.at(2).excludedFromAutomatic);
-    QCOMPARE(shown.at(1).previousOccurrenceStart, std::nullopt);
 }
 
 namespace {
@@ -225,7 +201,7 @@ void TestCalendarStore::coalescesBurstsAndRereadsAfterARead()
 
     // Ten change signals in one turn of the event loop: one read.
     QSignalSpy changed(&w.store, &CalendarSource::occurrencesChanged);
-    w.provider.answer.append(occurrence(u"review"_s, 90));
+    w.provider.answer->append(occurrence(u"review"_s, 90));
     for (int i = 0; i < 10; ++i)
         w.provider.announceChange();
     QVERIFY(w.readOnce());
@@ -253,7 +229,7 @@ void TestCalendarStore::aFailingProviderKeepsWhatItHad()
     World w;
     w.provider.answer = {occurrence(u"stand-up"_s, 30)};
     QVERIFY(w.readOnce());
-    w.provider.fail = true;
+    w.provider.answer.reset();
     w.provider.announceChange();
     QVERIFY(w.readOnce());
     QCOMPARE(titles(w.store.occurrences()), QStringList {u"stand-up"_s});
@@ -272,7 +248,8 @@ void TestCalendarStore::settingsAndKeptSeriesApplyAtOnce()
     Settings settings = w.settings.settings();
     settings.calendars.includeAllDay = true;
     w.settings.setSettings(settings);
-    QCOMPARE(titles(w.store.occurrences()), (QStringList {u"stand-up"_s, u"holiday"_s}));
+    QCOMPARE(titles(w.store.occurrences()),
+             (QStringList {u"stand-up"_s, u"holiday (not automatic)"_s}));
     QCOMPARE(w.provider.reads, 1);
 
     // Switching the calendar off keeps what the user kept.
@@ -281,7 +258,7 @@ void TestCalendarStore::settingsAndKeptSeriesApplyAtOnce()
     w.settings.setSettings(settings);
     QVERIFY(w.store.occurrences().isEmpty());
     QVERIFY(w.events.setSeriesKept(allDay.ref.series, true));
-    QCOMPARE(titles(w.store.occurrences()), QStringList {u"holiday"_s});
+    QCOMPARE(titles(w.store.occurrences()), QStringList {u"holiday (not automatic)"_s});
 
     // A longer horizon needs a new read.
     settings.calendars.horizonDays = 30;
