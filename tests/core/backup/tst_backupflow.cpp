@@ -15,10 +15,9 @@ struct Page
 {
     Page()
     {
-        BackupFolder other({Fixture::countdown(u"New"_s, Fixture::at("2026-08-01T10:00:00Z")),
-                            folder.store.events().constFirst()});
-        BackupService exporter(other.store, other.files, other.clock);
-        exporter.writeExport(exporter.prepareExport(), backup);
+        BackupFolder({Fixture::countdown(u"New"_s, Fixture::at("2026-08-01T10:00:00Z")),
+                      folder.store.events().constFirst()})
+            .exportTo(backup);
     }
     QStringList labels() const
     {
@@ -35,8 +34,7 @@ struct Page
     LocaleManager locale {settings, [] {
                               return QStringList {"en"};
                           }};
-    BackupService service {folder.store, folder.files, folder.clock};
-    BackupFlow flow {service, locale, folder.clock};
+    BackupFlow flow {folder.service, locale, folder.clock};
 };
 
 class tst_BackupFlow : public QObject
