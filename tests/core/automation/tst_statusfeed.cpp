@@ -56,6 +56,7 @@ void tst_StatusFeed::progressOfLessThanAPercentIsNoChange()
     world.scheduler.fire();
     QCOMPARE(changes.count(), 1); // "4d 23h"
     QCOMPARE(world.line().value(u"detail").toString(), u"4d 23h"_s);
+    QCOMPARE(world.line().value(u"tooltip").toString(), u"4d 23h until “Trip”."_s);
 }
 
 void tst_StatusFeed::snapshotFileFollowsTheListAndGoesWithTheApp()

@@ -1,6 +1,6 @@
-// "calendars.json": adding files and links (what is refused and why), ids given in part,
-// removing, the user's addresses, a file that cannot be read kept aside before it is replaced,
-// and changes made by another process picked up.
+// "calendars.json": adding files and links (what is refused and why), the user's addresses, a
+// file that cannot be read kept aside before it is replaced, and changes made by another process
+// picked up (ids given in part: tst_cli).
 #include "calendar/SubscriptionStore.h"
 #include "storage/PathProvider.h"
 
@@ -28,7 +28,6 @@ private Q_SLOTS:
     }
     void addsWhatCanBeRead_data();
     void addsWhatCanBeRead();
-    void removesByAnIdGivenInPart();
     void keepsTheUsersAddresses();
     void anUnreadableFileIsKeptAsideBeforeItIsReplaced();
     void followsAnotherProcess();
@@ -79,22 +78,6 @@ void TestSubscriptionStore::addsWhatCanBeRead()
     QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).subscriptions(), QList {*added});
     QVERIFY(!store.add(input, QString(), m_paths->supportDirectory(), &error));
     QVERIFY2(error.contains(u"already added"), qPrintable(error));
-}
-
-void TestSubscriptionStore::removesByAnIdGivenInPart()
-{
-    SubscriptionStore store(*m_paths, m_files, m_clock);
-    QString error;
-    const auto a = store.add(u"https://a.example/x.ics"_s, {}, {}, &error);
-    const auto b = store.add(u"https://b.example/x.ics"_s, {}, {}, &error);
-    QVERIFY(a && b);
-    QVERIFY(!store.findByID(u"abc"_s, &error)); // too short
-    const auto found = store.findByID(a->shortID().left(8).toUpper(), &error);
-    QVERIFY2(found, qPrintable(error));
-    QCOMPARE(found->id, a->id);
-    QVERIFY(store.remove(a->id, &error));
-    QCOMPARE(store.subscriptions(), QList {*b});
-    QVERIFY(!store.remove(a->id, &error));
 }
 
 void TestSubscriptionStore::keepsTheUsersAddresses()

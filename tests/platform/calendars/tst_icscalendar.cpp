@@ -79,8 +79,6 @@ private Q_SLOTS:
     void expandsInTheWindow();
     void readsTheCalendarItself();
     void readsInvitationsAndMeetingLinks();
-    void refusesWhatIsNotACalendar_data();
-    void refusesWhatIsNotACalendar();
 };
 
 void TestIcsCalendar::expandsInTheWindow_data()
@@ -213,22 +211,6 @@ void TestIcsCalendar::readsInvitationsAndMeetingLinks()
     };
     QVERIFY(noUid(*calendar).startsWith(u"local-"));
     QCOMPARE(noUid(*fixture(u"invitations.ics"_s)), noUid(*calendar));
-}
-
-void TestIcsCalendar::refusesWhatIsNotACalendar_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("an HTML error page") << QByteArray("<html><body>502 Bad Gateway</body></html>");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("a cut-off header") << QByteArray("BEGIN:VCALEN");
-}
-
-void TestIcsCalendar::refusesWhatIsNotACalendar()
-{
-    QFETCH(QByteArray, bytes);
-    QString error;
-    QVERIFY(!IcsCalendar::parse(bytes, &error));
-    QCOMPARE(error, u"not an iCalendar file"_s);
 }
 
 QTEST_GUILESS_MAIN(TestIcsCalendar)
