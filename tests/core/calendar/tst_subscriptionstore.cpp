@@ -1,6 +1,6 @@
-// "calendars.json": adding files and links (what is refused and why), the user's addresses, a
-// file that cannot be read kept aside before it is replaced, and changes made by another process
-// picked up (ids given in part: tst_cli).
+// "calendars.json": adding files and links (what is refused and why), a file that cannot be read
+// kept aside before it is replaced, and changes made by another process picked up (ids given in
+// part: tst_cli; the user's addresses: tst_calendarsettingsmodel).
 #include "calendar/SubscriptionStore.h"
 #include "storage/PathProvider.h"
 
@@ -28,7 +28,6 @@ private Q_SLOTS:
     }
     void addsWhatCanBeRead_data();
     void addsWhatCanBeRead();
-    void keepsTheUsersAddresses();
     void anUnreadableFileIsKeptAsideBeforeItIsReplaced();
     void followsAnotherProcess();
 
@@ -78,18 +77,6 @@ void TestSubscriptionStore::addsWhatCanBeRead()
     QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).subscriptions(), QList {*added});
     QVERIFY(!store.add(input, QString(), m_paths->supportDirectory(), &error));
     QVERIFY2(error.contains(u"already added"), qPrintable(error));
-}
-
-void TestSubscriptionStore::keepsTheUsersAddresses()
-{
-    SubscriptionStore store(*m_paths, m_files, m_clock);
-    QString error;
-    QVERIFY(store.setUserAddresses(
-        {u" MAILTO:Me@Example.com"_s, u"me@example.com"_s, u""_s, u"work@example.org"_s}, &error));
-    QCOMPARE(store.userAddresses(), (QStringList {u"me@example.com"_s, u"work@example.org"_s}));
-    QVERIFY(!store.setUserAddresses({u"not an address"_s}, &error));
-    QCOMPARE(error, u"\"not an address\" is not an e-mail address"_s);
-    QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).userAddresses(), store.userAddresses());
 }
 
 void TestSubscriptionStore::anUnreadableFileIsKeptAsideBeforeItIsReplaced()
