@@ -45,7 +45,6 @@ private Q_SLOTS:
     void exportProposesANameAndReports();
     void importAsksBeforeChanging_data();
     void importAsksBeforeChanging();
-    void refusedFilesOnlyShowTheirMessage();
 };
 
 void tst_BackupFlow::exportProposesANameAndReports()
@@ -103,16 +102,6 @@ void tst_BackupFlow::importAsksBeforeChanging()
         titles.append(event.title);
     QTEST(titles, "titles");
     QTEST(page.flow.messageText(), "message");
-}
-
-void tst_BackupFlow::refusedFilesOnlyShowTheirMessage()
-{
-    Page page;
-    page.flow.importFrom(QUrl(u"https://example.org/backup.json"_s)); // not a local file
-    QVERIFY(!page.flow.hasQuestion() && page.flow.messageIsError());
-    QCOMPARE(page.flow.messageText(), u"This file is not a Tarrow backup or it is damaged."_s);
-    page.flow.answer(u"replace"_s); // no question is open: nothing happens
-    QCOMPARE(page.folder.store.events().size(), 3);
 }
 
 QTEST_GUILESS_MAIN(tst_BackupFlow)
