@@ -142,7 +142,6 @@ void tst_UpdateChecker::launchCheckWaitsFourHours_data()
         << qint64(14340) << true << u"skipping launch update check; last was 14340.000000s ago"_s;
     QTest::newRow("A check 4 hours and a second ago lets it run")
         << qint64(14401) << true << QString();
-    QTest::newRow("Without any check before, it runs") << qint64(-1) << true << QString();
     QTest::newRow("With automatic checks off, it does not run")
         << qint64(-1) << false << u"skipping launch update check; automatic checks are off"_s;
 }
