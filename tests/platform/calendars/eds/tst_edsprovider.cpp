@@ -79,13 +79,12 @@ void TestEdsProvider::listsTheCalendarsByAccount()
     for (const CalendarInfo &c : m_provider->calendars())
         lines << c.title + u": "_s + accountKindRawValue(c.accountKind) + u", "_s + c.accountTitle;
     lines.sort();
-    QCOMPARE(
-        lines,
-        (QStringList {u"Birthdays & Anniversaries: birthdays, Contacts"_s,
-                      u"Personal: onThisMac, On This Computer"_s, u"Team: subscribed, On The Web"_s,
-                      u"Work: onThisMac, On This Computer"_s}));
+    QCOMPARE(lines,
+             (QStringList {u"Birthdays & Anniversaries: birthdays, Contacts"_s,
+                           u"Personal: onThisMac, On This Computer"_s,
+                           u"Work: onThisMac, On This Computer"_s}));
     QCOMPARE(qRound(calendar(u"Work"_s).tint.value().red * 255), 0xf6);
-    QCOMPARE(m_provider->accountGroups().size(), 3);
+    QCOMPARE(m_provider->accountGroups().size(), 2);
 }
 
 void TestEdsProvider::expandsTheSeededSeries()
