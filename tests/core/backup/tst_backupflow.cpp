@@ -53,9 +53,6 @@ void tst_BackupFlow::exportProposesANameAndReports()
     QCOMPARE(page.flow.proposedFileName(), u"Tarrow Backup 2026-06-03.json"_s);
     const QString target = page.dir.filePath(page.flow.proposedFileName());
     QVERIFY(page.flow.beginExport());
-    page.flow.cancelExport();
-    QVERIFY(!QFile::exists(target) && !page.flow.hasMessage());
-    QVERIFY(page.flow.beginExport());
     page.flow.finishExport(QUrl::fromLocalFile(target));
     QVERIFY(QFile::exists(target) && !page.flow.messageIsError());
     QCOMPARE(page.flow.messageText(), u"Exported 3 countdowns."_s);
