@@ -247,12 +247,6 @@ void TestCalendarStore::settingsAndKeptSeriesApplyAtOnce()
     QVERIFY(w.store.occurrences().isEmpty());
     QVERIFY(w.events.setSeriesKept(allDay.ref.series, true));
     QCOMPARE(titles(w.store.occurrences()), QStringList {u"all-day (not automatic)"_s});
-
-    // A longer horizon needs a new read.
-    settings.calendars.horizonDays = 30;
-    w.settings.setSettings(settings);
-    QVERIFY(w.readOnce());
-    QCOMPARE(w.provider.reads, 2);
 }
 
 QTEST_GUILESS_MAIN(TestCalendarStore)

@@ -1,6 +1,6 @@
-// "calendars.json": adding files and links (what is refused and why), a file that cannot be read
-// kept aside before it is replaced, and changes made by another process picked up (ids given in
-// part: tst_cli; the user's addresses: tst_calendarsettingsmodel).
+// "calendars.json": adding files and links (what is refused and why), and a file that cannot be
+// read kept aside before it is replaced (ids given in part: tst_cli; the user's addresses:
+// tst_calendarsettingsmodel).
 #include "calendar/SubscriptionStore.h"
 #include "storage/PathProvider.h"
 
@@ -8,7 +8,6 @@
 #include "support/FaultyFileAccess.h"
 #include "support/Fixtures.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -29,7 +28,6 @@ private Q_SLOTS:
     void addsWhatCanBeRead_data();
     void addsWhatCanBeRead();
     void anUnreadableFileIsKeptAsideBeforeItIsReplaced();
-    void followsAnotherProcess();
 
 private:
     std::unique_ptr<TempPathProvider> m_paths;
@@ -73,10 +71,8 @@ void TestSubscriptionStore::addsWhatCanBeRead()
     QVERIFY2(added, qPrintable(error));
     QCOMPARE(added->url.toString(), kept);
     QCOMPARE(added->addedAt, m_clock.now());
-    // Written at once, read back the same, and refused a second time.
+    // Written at once and read back the same (a second time refused: tst_calendarsettingsmodel).
     QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).subscriptions(), QList {*added});
-    QVERIFY(!store.add(input, QString(), m_paths->supportDirectory(), &error));
-    QVERIFY2(error.contains(u"already added"), qPrintable(error));
 }
 
 void TestSubscriptionStore::anUnreadableFileIsKeptAsideBeforeItIsReplaced()
@@ -102,18 +98,6 @@ void TestSubscriptionStore::anUnreadableFileIsKeptAsideBeforeItIsReplaced()
         QDir(m_paths->supportDirectory()).entryList({u"calendars (unreadable *).json"_s});
     QCOMPARE(aside.size(), 1);
     QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).subscriptions().size(), 1);
-}
-
-void TestSubscriptionStore::followsAnotherProcess()
-{
-    SubscriptionStore store(*m_paths, m_files, m_clock);
-    store.watchFile();
-    QSignalSpy changed(&store, &SubscriptionStore::changed);
-    SubscriptionStore other(*m_paths, m_files, m_clock);
-    QString error;
-    QVERIFY(other.add(u"https://example.com/a.ics"_s, {}, {}, &error));
-    QTRY_COMPARE(store.subscriptions().size(), 1);
-    QVERIFY(!changed.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestSubscriptionStore)
