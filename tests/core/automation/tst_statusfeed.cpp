@@ -45,12 +45,10 @@ void tst_StatusFeed::snapshotFileFollowsTheListAndGoesWithTheApp()
         QVERIFY(world.store.addEvent(countUp(u"Quit"_s, start.addDays(-400))));
         const QJsonObject file = QJsonDocument::fromJson(readFile(path)).object();
         QCOMPARE(file.value(u"updatedAt").toString(), u"2026-03-01T12:00:00.000Z"_s);
-        const QJsonObject status = file.value(u"status").toObject();
-        QCOMPARE(status.value(u"text").toString(), u"Tea 1m"_s);
-        QCOMPARE(status.value(u"tooltip").toString(), u"1m until “Tea”."_s);
-        const QJsonArray items = file.value(u"items").toArray();
-        QCOMPARE(items.size(), 2);
-        QCOMPARE(items.at(1).toObject(),
+        QCOMPARE(file[u"status"][u"text"].toString(), u"Tea 1m"_s);
+        QCOMPARE(file[u"status"][u"tooltip"].toString(), u"1m until “Tea”."_s);
+        QCOMPARE(file[u"items"].toArray().size(), 2);
+        QCOMPARE(file[u"items"][1].toObject(),
                  QJsonObject({{"date", "2025-01-25T12:00:00.000Z"},
                               {"kind", "countUp"},
                               {"reached", false},

@@ -1,7 +1,5 @@
-// The calendar store: which provider occurrences the list shows under the calendar settings and
-// the kept series, what it marks (excluded from the automatic choice, previous occurrence), and
-// how it reads: bursts coalesced into one read, a request during a read answered by one more,
-// a provider that fails keeping its last occurrences, settings and kept series applied at once.
+// The calendar store: which occurrences the list shows and how it marks them, reads coalesced and
+// repeated when asked during a read, a failed read keeping the list, settings applied at once.
 #include "calendar/CalendarProvider.h"
 #include "calendar/CalendarStore.h"
 #include "calendar/OccurrenceFilter.h"

@@ -1,8 +1,6 @@
-// iCalendar documents read with libical: recurrences expanded in a window (RRULE with UNTIL and
-// COUNT, RDATE, EXDATE, moved and cancelled RECURRENCE-ID overrides, one moved into the window
-// from outside it) across a DST change, time zones from VTIMEZONE, the zone database, Windows
-// names and X-WR-TIMEZONE, all-day dates as days of the local zone, the user's answer to an
-// invitation, and the meeting link.
+// iCalendar documents read with libical: recurrences (RRULE, RDATE, EXDATE, moved and cancelled
+// overrides) expanded across a DST change, the zones a feed can name, all-day dates as local days,
+// the user's answer to an invitation and the meeting link.
 #include "platform/calendars/IcsCalendar.h"
 
 #include "support/Fixtures.h"
@@ -50,11 +48,8 @@ IcsReadContext context()
 
 std::shared_ptr<IcsCalendar> fixture(const QString &name)
 {
-    QString error;
-    auto calendar = IcsCalendar::parse(fixtureBytes(u"calendars/"_s + name), &error);
-    if (!calendar)
-        qWarning() << name << error;
-    return calendar;
+    QString error; // a fixture that cannot be read fails the test's QVERIFY
+    return IcsCalendar::parse(fixtureBytes(u"calendars/"_s + name), &error);
 }
 
 QStringList read(const IcsCalendar &calendar, const QString &from, const QString &to)
@@ -148,7 +143,6 @@ void TestIcsCalendar::readsTheCalendarItself()
 {
     const auto calendar = fixture(u"weekly-berlin.ics"_s);
     QVERIFY(calendar);
-    QCOMPARE(calendar->seriesCount(), 2);
     const CalendarTint tint = calendar->color().value(); // #1BADF8FF: alpha last
     QCOMPARE((QList {qRound(tint.red * 255), qRound(tint.green * 255), qRound(tint.blue * 255)}),
              (QList {0x1B, 0xAD, 0xF8}));

@@ -1,6 +1,5 @@
-// Update checks against an appcast served on loopback by the test: what each answer of the
-// server leads to, the launch and daily rules with a fake clock, a build without a feed but with
-// the stub switch.
+// Update checks against an appcast served on loopback: each answer of the server, the launch and
+// daily rules on a fake clock, and a build without a feed (with the stub switch).
 #include "platform/updates/UpdateChecker.h"
 #include "support/FakeClock.h"
 #include "support/ItemFixtures.h"
