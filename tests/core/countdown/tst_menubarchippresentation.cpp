@@ -67,29 +67,19 @@ void tst_MenubarChipPresentation::buildsFrames_data()
     using Style = MenubarStyle;
     frameRow("title-only style leaves the time out", dentist(Style::titleOnly),
              "star.fill|Dentist|");
-    frameRow("icon-only style shows just the symbol", dentist(Style::iconOnly), "star.fill||");
     frameRow("a reached holder shows a check mark in compact style",
              dentist(Style::compact, ReachState::reached(kNow)), "star.fill||✓");
-    frameRow("an acknowledged holder shows a check mark",
-             dentist(Style::full, ReachState::acknowledged()), "star.fill|Dentist|✓");
-    frameRow("a count-up shows a plus before the time passed",
-             dentist(Style::full, ReachState::elapsed(kNow.addSecs(-(3 * 86400 + 4 * 3600)), kNow)),
-             "star.fill|Dentist|+3d 4h");
 
     // Titles are cut to the chosen length in user-perceived characters.
-    const QString party = QStringLiteral("🎉"), accented = QStringLiteral("e\u0301");
+    const QString party = QStringLiteral("🎉");
     frameRow("a title of exactly the limit is left as it is", titled("Twelve chars", 12),
              "star.fill|Twelve chars|");
     frameRow("one character over keeps limit minus one characters and an ellipsis",
              titled("Thirteen char", 12), "star.fill|Thirteen ch…|");
     frameRow("a space before the cut is dropped before the ellipsis", titled("Abcdefghij klmn", 12),
              "star.fill|Abcdefghij…|");
-    frameRow("a limit below 12 behaves as 12", titled("Thirteen char", 5),
-             "star.fill|Thirteen ch…|");
     frameRow("thirteen emoji are cut after eleven, never inside a surrogate pair",
              titled(party.repeated(13), 12), "star.fill|" + party.repeated(11) + "…|");
-    frameRow("a letter with a combining accent counts as one character",
-             titled(accented.repeated(13), 12), "star.fill|" + accented.repeated(11) + "…|");
     frameRow("a family emoji joined by zero-width joiners counts as one character",
              titled("👨‍👩‍👧 Family picnic", 16),
              "star.fill|👨‍👩‍👧 Family picnic|");
