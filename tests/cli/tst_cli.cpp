@@ -1,10 +1,16 @@
 // The tarrow command line against real data folders: what it prints, what it writes, and that a
-// wrong argument, an unknown id or an unwritable folder changes nothing. Also `parse`: one JSON
-// line per text, or per request line with --jsonl.
-#include "CliRun.h"
-
+// wrong argument, an unknown id or an unwritable folder changes nothing; `parse --jsonl`; the
+// automation (`create|next|time-until`, `export|import`) without the app and through a running
+// app on a private session bus; and `status --follow` across an arrival and through the app.
+#include "cli/Cli.h"
+#include "cli/StatusFollower.h"
+#include "storage/EventStore.h"
 #include "support/FakeClock.h"
+#include "support/FakeTickScheduler.h"
 #include "support/Fixtures.h"
+#include "support/ItemFixtures.h"
+#include "support/PrivateSessionBus.h"
+#include "support/TarrowProcess.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,15 +21,41 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct Result
+{
+    int code = 0;
+    QString out, err;
+};
+
+// A countdown that celebrates its arrival, so it holds the panel once it has arrived.
+Event celebrating(const QString &title, const QDateTime &target)
+{
+    Event event = Fixture::countdown(title, target);
+    event.celebrationEnabled = true;
+    return event;
+}
+
+} // namespace
+
 class TestCli : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        // The command line asks the session bus whether an app runs: this test's own bus.
+        if (!m_bus.start())
+            QSKIP("dbus-daemon is not available");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8());
+    }
     void init()
     {
         m_dir = std::make_unique<QTemporaryDir>();
-        m_clock.set(QDateTime(QDate(2026, 11, 22), QTime(10, 0), Qt::UTC));
+        QVERIFY(QDir().mkpath(folder()));
+        m_clock.set(Fixture::at("2026-11-22T10:00:00Z")); // 13:00 in Istanbul
     }
     void addListPinRemove();
     void calendarsJoinTheListAndTheStatus();
@@ -31,16 +63,29 @@ private Q_SLOTS:
     void refusals();
     void olderFoldersComeOutInTheCurrentForm_data();
     void olderFoldersComeOutInTheCurrentForm();
-    void parseAnswersTheTextOrEveryInputLine();
+    void parseAnswersEveryInputLine();
     void titlesArePrintedWithTheirControlCharactersEscaped();
+    void intentsAndBackupsActOnTheFolderWithoutTheApp();
+    void followPrintsALineAtEachChange();
+    void withTheAppRunningTheAppAnswers();
 
 private:
-    CliResult run(const QStringList &arguments, const QString &input = {})
+    // `tarrow --data-dir FOLDER ARGUMENTS` (this test's folder unless given) with `input` on stdin.
+    Result run(const QStringList &arguments, const QString &folder = {}, QString input = {})
     {
-        return runCli(m_dir->path(), arguments, m_clock, input);
+        Result result;
+        QTextStream out(&result.out), err(&result.err), in(&input, QIODevice::ReadOnly);
+        result.code = Cli::run(
+            QStringList {"--data-dir", folder.isEmpty() ? this->folder() : folder} + arguments,
+            m_clock, out, err, in);
+        out.flush();
+        err.flush();
+        return result;
     }
-    QByteArray eventFile() const { return readFile(m_dir->filePath("event.json")); }
+    QString folder() const { return m_dir->filePath(u"data"_s); }
+    QByteArray eventFile() const { return readFile(folder() + u"/event.json"_s); }
 
+    PrivateSessionBus m_bus;
     std::unique_ptr<QTemporaryDir> m_dir;
     FakeClock m_clock;
 };
@@ -130,7 +175,7 @@ void TestCli::refusals()
     arguments.replaceInStrings(u"FILE/"_s, m_dir->filePath("FILE/"));
     QCOMPARE(run({"add", "Kept", "--date", "2026-12-01"}).code, 0);
     const QByteArray before = eventFile();
-    const CliResult result = run(arguments);
+    const Result result = run(arguments);
     QCOMPARE(result.code, 1);
     QVERIFY2(result.err.startsWith(u"tarrow: ") && result.err.contains(message),
              qPrintable(result.err));
@@ -156,7 +201,7 @@ void TestCli::olderFoldersComeOutInTheCurrentForm()
     QFETCH(QString, events);
     QFETCH(QString, settings);
     QFETCH(bool, celebrate);
-    QVERIFY(installFixture(events, m_dir->path()) && installFixture(settings, m_dir->path()));
+    QVERIFY(installFixture(events, folder()) && installFixture(settings, folder()));
     QCOMPARE(run({"list"}).code, 0);
 
     const QJsonObject file = QJsonDocument::fromJson(eventFile()).object();
@@ -167,16 +212,15 @@ void TestCli::olderFoldersComeOutInTheCurrentForm()
         QVERIFY(event["notifyOnReach"].toBool());
     }
     // The settings file is read, never rewritten by opening the folder.
-    QCOMPARE(readFile(m_dir->filePath("settings.json")), fixtureBytes(settings));
+    QCOMPARE(readFile(folder() + u"/settings.json"_s), fixtureBytes(settings));
 }
 
-void TestCli::parseAnswersTheTextOrEveryInputLine()
+void TestCli::parseAnswersEveryInputLine()
 {
     // One answer per request line, in order, errors included; a blank line is no request;
     // quotes in a title are escaped.
-    m_clock.set(QDateTime(QDate(2026, 6, 3), QTime(10, 0), Qt::UTC));
-    const CliResult result = run(
-        {"parse", "--jsonl"},
+    const Result result = run(
+        {"parse", "--jsonl"}, {},
         uR"({"text":"\"Dentist\" – tomorrow, at 9","now":"2026-10-31T10:00:00Z","tz":"America/New_York"}
 {"text": "broken"
 {"text":"anniversaire le 1er mai","tz":"Europe/Paris","keepsPast":true}
@@ -209,5 +253,106 @@ void TestCli::titlesArePrintedWithTheirControlCharactersEscaped()
     QVERIFY(run({"status", "--now", "2026-11-30T12:00:00Z"}).out.contains(u"holder: \\e[31mred"_s));
 }
 
-QTEST_MAIN(TestCli)
+void TestCli::intentsAndBackupsActOnTheFolderWithoutTheApp()
+{
+    QCOMPARE(run({"create", "Dentist", "2026-11-23T12:00"}).out,
+             u"Created “Dentist”: 23h 0m to go.\n"_s);
+    QCOMPARE(run({"create", "Trip", "2026-11-25"}).out, u"Created “Trip”: 2d 11h to go.\n"_s);
+    QCOMPARE(run({"next"}).out, u"23h 0m until “Dentist”.\n"_s);
+    QCOMPARE(run({"time-until", "trip"}).out, u"2d 11h until “Trip”.\n"_s);
+
+    // Another folder takes in a backup of this one, once.
+    const QString other = m_dir->filePath(u"other"_s);
+    QCOMPARE(run({"export", m_dir->path()}).out, u"Exported 2 countdowns.\n"_s);
+    const QString backup = m_dir->filePath(u"Tarrow Backup 2026-11-22.json"_s);
+    QCOMPARE(run({"create", "Own", "2026-12-01"}, other).code, 0);
+    QCOMPARE(run({"import", backup, "--merge"}, other).out, u"Added: 2 · Already there: 0\n"_s);
+    QCOMPARE(run({"import", backup, "--merge"}, other).out, u"Added: 0 · Already there: 2\n"_s);
+    QCOMPARE(run({"import", backup, "--replace"}, other).out, u"Added: 2 · Already there: 0\n"_s);
+    QCOMPARE(run({"list"}, other).out, run({"list"}).out);
+
+    // By id, until the countdown is gone; a title two countdowns carry names neither.
+    const QString id = run({"list"}).out.section(u' ', 0, 0);
+    QCOMPARE(run({"remove", id}).code, 0);
+    QCOMPARE(run({"time-until", id}).err, u"tarrow: That countdown no longer exists.\n"_s);
+    QCOMPARE(run({"create", "Trip", "2026-12-02"}).code, 0);
+    QVERIFY(run({"time-until", "Trip"}).err.contains(u"2 countdowns are called \"Trip\""_s));
+
+    // A refused countdown or import is said on stderr and changes nothing.
+    const QByteArray before = eventFile();
+    QCOMPARE(run({"create", QString(41, u'x'), "2026-12-01"}).err,
+             u"tarrow: The title must be 1 to 40 characters long.\n"_s);
+    QVERIFY(run({"import", backup}).err.contains(u"--merge or --replace"_s));
+    QCOMPARE(eventFile(), before);
+}
+
+void TestCli::followPrintsALineAtEachChange()
+{
+    const DefaultPathProvider paths = DefaultPathProvider::inFolder(folder());
+    DiskFileAccess files;
+    QVERIFY(EventStore(paths, files).addEvent(celebrating(u"Tea"_s, m_clock.now().addSecs(90))));
+    const QByteArray written = eventFile();
+    QString lines;
+    QTextStream out(&lines);
+    FakeTickScheduler scheduler;
+    StatusFollower follower(folder(), m_clock, scheduler, AutomationClient(m_bus.connect(u"f"_s)),
+                            false, out);
+    follower.start();
+    QVERIFY(!follower.followsApp());
+    QCOMPARE(lines, u"Tea 1m\n"_s);
+
+    while (m_clock.now() < Fixture::at("2026-11-22T10:01:31Z")) {
+        m_clock.advance(scheduler.interval().count());
+        scheduler.fire();
+    }
+    QStringList printed = lines.split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(printed.size(), 62); // 1m, each second of the last minute, the arrival
+    QCOMPARE(printed.at(1), u"Tea 1:00"_s);
+    QCOMPARE(printed.constLast(), u"Tea ✓"_s);
+    QCOMPARE(eventFile(), written); // the arrival was stamped in memory only
+
+    // A change of the folder on disk is read again.
+    EventStore store(paths, files);
+    QVERIFY(store.deleteEvent(store.events().constFirst().id));
+    QVERIFY(store.addEvent(Fixture::countdown(u"Bell"_s, m_clock.now().addSecs(30))));
+    QTRY_VERIFY2(lines.endsWith(u"Bell 0:30\n"_s), qPrintable(lines.right(40)));
+}
+
+void TestCli::withTheAppRunningTheAppAnswers()
+{
+    TarrowProcess app(*m_dir);
+    QProcessEnvironment env = app.process().processEnvironment();
+    env.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.address());
+    env.insert(u"QT_LOGGING_RULES"_s, u"AutomationBus.debug=true"_s);
+    app.process().setProcessEnvironment(env);
+    app.start();
+    QVERIFY(app.waitForLog(u"Offering automation as org.tarrow.Tarrow for "_s + folder()));
+
+    QString lines;
+    QTextStream out(&lines);
+    FakeTickScheduler scheduler;
+    StatusFollower follower(folder(), m_clock, scheduler, AutomationClient::sessionBus(), true,
+                            out);
+    follower.start();
+    QVERIFY(follower.followsApp());
+    QCOMPARE(QJsonDocument::fromJson(lines.toUtf8()).object().value(u"text"), u"New countdown"_s);
+
+    QCOMPARE(run({"create", "Via app", "2040-01-01"}).out.section(u':', 0, 0),
+             u"Created “Via app”"_s);
+    QVERIFY(app.waitForLog(u"CreateCountdown asked by"_s));
+    QVERIFY(run({"next"}).out.endsWith(u" until “Via app”.\n"_s));
+    QVERIFY(run({"time-until", "via app"}).out.endsWith(u" until “Via app”.\n"_s));
+    QVERIFY(app.waitForLog(u"ListCountdowns asked by"_s));
+    QCOMPARE(run({"create", "", "2040-01-01"}).err,
+             u"tarrow: The title must be 1 to 40 characters long.\n"_s);
+
+    // The follower prints what the app now shows; when the app quits, it carries on alone.
+    QTRY_VERIFY(lines.contains(u"\"text\":\"Via app "_s));
+    app.process().terminate();
+    QVERIFY(app.process().waitForFinished(5000));
+    QTRY_VERIFY(!follower.followsApp());
+    QVERIFY(QFile::exists(folder() + u"/event.json"_s));
+}
+
+QTEST_GUILESS_MAIN(TestCli)
 #include "tst_cli.moc"
