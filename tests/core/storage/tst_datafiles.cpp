@@ -1,6 +1,10 @@
-// The events file on disk: files of every older version, the failure paths (nothing published
-// and nothing lost when a read or write fails), updates, pins and calendar choices.
+// The data files on disk. event.json: files of every older version, the failure paths (nothing
+// published and nothing lost when a read or write fails), pins and calendar choices.
+// settings.json: defaults for missing keys, the migrations of older keys, the clamp of the title
+// length, saving on every change and never on load, and what a bad file or a failed save leaves.
 #include "storage/EventStore.h"
+#include "storage/SettingsStore.h"
+#include "json/JsonDocument.h"
 
 #include "support/FaultyFileAccess.h"
 #include "support/Fixtures.h"
@@ -26,7 +30,7 @@ const CalendarSeriesRef Standup {QStringLiteral("work"), QStringLiteral("standup
 
 Q_DECLARE_METATYPE(Load)
 
-class TestEventStore : public QObject
+class TestDataFiles : public QObject
 {
     Q_OBJECT
 
@@ -38,9 +42,12 @@ private Q_SLOTS:
     }
     void olderFiles_data();
     void olderFiles();
-    void anUpdateChangesOnlyWhatThePatchHoldsAndResorts();
     void failuresLoseNothingAndPublishNothing();
     void pinsAndCalendarChoices();
+    void settingsDecoding_data();
+    void settingsDecoding();
+    void olderSettingsAreReadUntouchedAndEveryChangeIsSaved();
+    void badSettingsGiveDefaultsUntilTheNextChange();
 
 private:
     std::unique_ptr<TempPathProvider> m_paths;
@@ -48,7 +55,7 @@ private:
     QByteArray onDisk() const { return readFile(m_paths->eventFile()); }
 };
 
-void TestEventStore::olderFiles_data()
+void TestDataFiles::olderFiles_data()
 {
     QTest::addColumn<QString>("fixture");
     QTest::addColumn<QStringList>("titles");
@@ -75,7 +82,7 @@ void TestEventStore::olderFiles_data()
         "standup@example.com", 3, Load::reads);
 }
 
-void TestEventStore::olderFiles()
+void TestDataFiles::olderFiles()
 {
     QFETCH(QString, fixture);
     QFETCH(QStringList, titles);
@@ -115,22 +122,7 @@ void TestEventStore::olderFiles()
     QVERIFY(!reloaded.needsReachSignalMigration());
 }
 
-void TestEventStore::anUpdateChangesOnlyWhatThePatchHoldsAndResorts()
-{
-    EventStore store(*m_paths, m_files);
-    Event later = makeEvent("Later", "2026-09-01T00:00:00Z");
-    later.note = QStringLiteral("Bring flowers");
-    QVERIFY(store.addEvent(makeEvent("Sooner", "2026-04-01T00:00:00Z")) && store.addEvent(later));
-    EventPatch patch;
-    patch.targetDate = at("2026-03-15T00:00:00Z");
-    patch.note = std::optional<QString>(); // present, nil: clears the note
-    QVERIFY(store.updateEvent(later.id, patch));
-    later.targetDate = *patch.targetDate;
-    later.note.reset();
-    QCOMPARE(EventStore(*m_paths, m_files).events().first(), later);
-}
-
-void TestEventStore::failuresLoseNothingAndPublishNothing()
+void TestDataFiles::failuresLoseNothingAndPublishNothing()
 {
     // A file that could not be read is replaced only once a copy of it is aside.
     const QString file = QStringLiteral("events/v3-no-migration.json");
@@ -162,7 +154,7 @@ void TestEventStore::failuresLoseNothingAndPublishNothing()
     QCOMPARE(onDisk(), fixtureBytes(file));
 }
 
-void TestEventStore::pinsAndCalendarChoices()
+void TestDataFiles::pinsAndCalendarChoices()
 {
     EventStore store(*m_paths, m_files);
     QVERIFY(!store.setPin(PinTarget::manual(QUuid::createUuid()))); // no such event
@@ -189,5 +181,82 @@ void TestEventStore::pinsAndCalendarChoices()
     QVERIFY(!EventStore(*m_paths, m_files).pin());
 }
 
-QTEST_GUILESS_MAIN(TestEventStore)
-#include "tst_eventstore.moc"
+void TestDataFiles::settingsDecoding_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<Settings>("expected");
+    Settings s;
+    QTest::newRow("Missing keys take their defaults") << QByteArray("{}") << s;
+    s.menubarTitleLength = 12; // and a long one is cut to 24 (below)
+    QTest::newRow("A short title length is raised to 12")
+        << QByteArray(R"({"menubarTitleLength": 3})") << s;
+    s = Settings();
+    s.legacyMenubarShowsRemaining = true;
+    QTest::newRow("Remaining shown in an older version means full")
+        << QByteArray(R"({"menubarShowsRemaining": true})") << s;
+    s.legacyMenubarShowsRemaining = false;
+    s.menubarStyle = MenubarStyle::titleOnly;
+    QTest::newRow("Remaining hidden in an older version means title only")
+        << QByteArray(R"({"menubarShowsRemaining": false})") << s;
+    s.menubarStyle = MenubarStyle::iconOnly;
+    QTest::newRow("The style key wins over the older one")
+        << QByteArray(R"({"menubarStyle": "iconOnly", "menubarShowsRemaining": false})") << s;
+    s = Settings();
+    s.calendars.includeAllDay = true;
+    QTest::newRow("A calendar choice of the wrong type costs only itself")
+        << QByteArray(R"({"calendars": {"horizonDays": "soon", "includeAllDay": true}})") << s;
+}
+
+void TestDataFiles::settingsDecoding()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(Settings, expected);
+    QCOMPARE(Settings::fromJson(JsonDocument::parse(json)->root(), nullptr), expected);
+}
+
+void TestDataFiles::olderSettingsAreReadUntouchedAndEveryChangeIsSaved()
+{
+    const QString older = QStringLiteral("settings/old-menubar-shows-remaining.json");
+    QVERIFY(installFixture(older, m_paths->supportDirectory()));
+    SettingsStore store(*m_paths, m_files);
+    QCOMPARE(store.settings().language, LanguagePref::de);
+    QCOMPARE(readFile(m_paths->settingsFile()), fixtureBytes(older));
+
+    QSignalSpy changed(&store, &SettingsStore::settingsChanged);
+    Settings next = store.settings();
+    next.shortcutOverrides.insert(QStringLiteral("togglePopover"), KeyCombo {49, 0x100000});
+    next.calendars.disabledCalendarIDs = {QStringLiteral("b"), QStringLiteral("a")};
+    next.displayFormat = CountdownDisplayFormat::weeksDays;
+    store.setSettings(next);
+    store.setSettings(next); // unchanged: nothing
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_files.writes, 1);
+    // Read back whole, the older keys still there for the events file's migration.
+    QCOMPARE(SettingsStore(*m_paths, m_files).settings(), store.settings());
+}
+
+void TestDataFiles::badSettingsGiveDefaultsUntilTheNextChange()
+{
+    QString error;
+    QVERIFY(m_files.writeAtomically(m_paths->settingsFile(), R"({"language": 5})", &error));
+    QTest::ignoreMessage(QtCriticalMsg,
+                         "Failed to decode settings.json - using defaults: "
+                         R"(Expected a string for key "language" but found 5)");
+    SettingsStore store(*m_paths, m_files);
+    QCOMPARE(store.settings(), Settings());
+    Settings next = store.settings();
+    next.theme = ThemePref::dark;
+    store.setSettings(next);
+    QCOMPARE(SettingsStore(*m_paths, m_files).settings().theme, ThemePref::dark);
+
+    // A save that fails keeps the new (clamped) settings in memory and says so.
+    m_files.failWrites = true;
+    next.menubarTitleLength = 40;
+    QTest::ignoreMessage(QtCriticalMsg, "Failed to save settings.json: No space left on device");
+    store.setSettings(next);
+    QCOMPARE(store.settings().menubarTitleLength, 24);
+    QVERIFY(store.lastSaveFailed());
+}
+
+QTEST_GUILESS_MAIN(TestDataFiles)
+#include "tst_datafiles.moc"
