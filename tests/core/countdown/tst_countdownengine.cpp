@@ -103,7 +103,6 @@ void tst_CountdownEngine::aDayOfTicks()
     QSignalSpy pinned(&engine, &CountdownEngine::pinnedChanged);
 
     w.tickUntil(start.addSecs(secondsIn));
-    QCOMPARE(w.clock.now(), start.addSecs(secondsIn));
     QTEST(engine.pinned() ? engine.pinned()->title() : QString(), "holder");
     QTEST(engine.state(), "state");
     if (progress >= 0)

@@ -87,8 +87,6 @@ void TestRecords::isoDates_data()
     // Whole seconds and three digits are what the app writes and the fixtures hold; a date alone
     // is refused (tst_cli: `add --date 2026-12-01` is an all-day event).
     row("With one fraction digit", "2026-03-01T08:00:00.5Z", 1772352000500);
-    row("With six fraction digits, cut to milliseconds", "2026-03-01T08:00:00.123456Z",
-        1772352000123);
     row("With an offset", "2026-03-01T10:00:00+02:00", 1772352000000);
     row("The 30th of February is refused", "2026-02-30T08:00:00Z", -1);
     row("No zone is refused", "2026-03-01T08:00:00", -1);
