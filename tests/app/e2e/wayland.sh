@@ -100,8 +100,8 @@ echo "Added: $(jq -c '.events[] | select(.title == "Dentist") | {title, targetDa
 sleep 0.5
 grim "$out/e2e-wayland-added.png" || fail "no screenshot"
 
-# Escape closes the popup; a click on the item in waybar's tray (waybar calls Activate with the
-# pointer's position) opens it again.
+# Escape closes the popup; a click on the item in waybar's tray opens it again. The headless seat
+# has no pointer, so the test makes the call waybar makes on a click: Activate at the pointer.
 wtype -k Escape
 retry 50 closed_more_than 0 || fail "Escape did not close the popup"
 gdbus call --session --dest "${item%%/*}" --object-path "/${item#*/}" \
