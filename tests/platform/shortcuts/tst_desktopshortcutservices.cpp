@@ -82,6 +82,8 @@ private Q_SLOTS:
             (QStringList {u"doRegister tarrow|togglePopover|Tarrow|Show countdowns"_s,
                           u"setShortcut togglePopover 14000054 8"_s,
                           u"setShortcut togglePopover 14000054 6"_s, u"getComponent tarrow"_s}));
+        // A round trip on the same connection, so the bus has the match rule before the presses.
+        QVERIFY(KGlobalAccelController::isAvailable(m_bus.connect(u"client"_s)));
         m_thread->run([this] {
             Q_EMIT m_kglobalaccel->component.globalShortcutPressed(u"tarrow"_s, u"togglePopover"_s,
                                                                    0);
