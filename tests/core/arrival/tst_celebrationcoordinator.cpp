@@ -131,12 +131,13 @@ void tst_CelebrationCoordinator::theNoticeOffersOnlyLinksThatParse()
     }
     w.startCoordinator();
     w.passAt(start.addSecs(90));
-    QCOMPARE(w.notifier.posted.size(), 3);
+    QList<std::optional<QUrl>> offered;
+    for (const Notice &notice : std::as_const(w.notifier.posted))
+        offered << notice.link;
+    QCOMPARE(offered, (QList<std::optional<QUrl>> {QUrl(links.constFirst()), {}, {}}));
     const Notice &first = w.notifier.posted.constFirst();
-    QCOMPARE(first.link, std::optional(QUrl(links.constFirst())));
     QCOMPARE(first.identifier,
              "tarrow.reached." + first.item->eventID()->toString(QUuid::WithoutBraces).toUpper());
-    QVERIFY(!w.notifier.posted.at(1).link && !w.notifier.posted.at(2).link);
 }
 
 void tst_CelebrationCoordinator::calendarArrivalIsAcknowledgedForItsSeries()
@@ -158,9 +159,8 @@ void tst_CelebrationCoordinator::calendarArrivalIsAcknowledgedForItsSeries()
              "tarrow.reached."
                  + noticeIDForSeries(standupSeries).toString(QUuid::WithoutBraces).toUpper());
     QCOMPARE(notice.link, std::optional(QUrl("https://acme.zoom.us/j/42")));
-    const CalendarReachSignals after = w.store.calendarReach().value(standupSeries);
-    QVERIFY(!after.reached);
-    QCOMPARE(after.armed->start, start.addDays(1));
+    QVERIFY(!w.store.calendarReach().value(standupSeries).reached);
+    QCOMPARE(w.store.calendarReach().value(standupSeries).armed->start, start.addDays(1));
 }
 
 void tst_CelebrationCoordinator::anArrivalThatCannotBeAcknowledgedIsNotAnnouncedAgain()
