@@ -125,6 +125,9 @@ private Q_SLOTS:
             << QStringList {u"body"_s, u"body-hyperlinks"_s} << meet
             << u"0|Launch <party>|The moment has arrived!\n<a href=\"%1\">%1</a>|default,Open"_s
                    .arg(meet);
+        QTest::newRow("text that does not parse as a link is not offered")
+            << QStringList {u"actions"_s, u"body-hyperlinks"_s} << u"meet.google.com/abc"_s
+            << u"0|Launch <party>|The moment has arrived!|default,Open"_s;
         QTest::newRow("a file link is never offered")
             << QStringList {u"actions"_s, u"body-hyperlinks"_s} << u"file:///etc/passwd"_s
             << u"0|Launch <party>|The moment has arrived!|default,Open"_s;
