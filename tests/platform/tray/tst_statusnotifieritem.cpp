@@ -7,6 +7,7 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusVariant>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,6 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kItemInterface = u"org.kde.StatusNotifierItem"_s;
+const QString kMenuInterface = u"com.canonical.dbusmenu"_s;
 
 MenubarChipPresentation dentist(const QString &detail = u"2d 4h"_s)
 {
@@ -29,6 +31,45 @@ T demarshalled(const QVariant &argument)
     return value;
 }
 
+// One call a host makes, and its reply: the arguments as text, or the error's name.
+struct HostCall
+{
+    QString method;
+    QVariantList arguments;
+    QString reply;
+};
+using HostCalls = QList<HostCall>;
+
+QVariant events(const QList<std::pair<int, QString>> &list, const QVariant &data, uint time)
+{
+    DBusMenuEventList all;
+    for (const auto &[id, eventId] : list)
+        all.append({id, eventId, QDBusVariant(data), time});
+    return QVariant::fromValue(all);
+}
+
+// Lists of ints as "[1,2]", other structures as their signature, the rest as text.
+QString describe(const QDBusMessage &reply)
+{
+    if (reply.type() == QDBusMessage::ErrorMessage)
+        return reply.errorName();
+    QStringList parts;
+    for (const QVariant &argument : reply.arguments()) {
+        const auto structured = argument.value<QDBusArgument>();
+        if (!argument.canConvert<QDBusArgument>())
+            parts << argument.toString();
+        else if (structured.currentSignature() != u"ai"_s)
+            parts << structured.currentSignature();
+        else {
+            QStringList ids;
+            for (int id : qdbus_cast<QList<int>>(structured))
+                ids << QString::number(id);
+            parts << u'[' + ids.join(u',') + u']';
+        }
+    }
+    return parts.join(u' ');
+}
+
 } // namespace
 
 // The item as panels see it over a private session bus, with a stand-in watcher.
@@ -41,6 +82,26 @@ class tst_StatusNotifierItem : public QObject
     QDBusConnection m_app {QString()};
     std::unique_ptr<FakeStatusNotifierWatcher> m_watcher;
     std::unique_ptr<StatusNotifierItem> m_item;
+    QStringList m_chosen;
+
+    void setMenu(const QStringList &labels)
+    {
+        QList<StatusItemMenuEntry> entries;
+        for (const QString &label : labels)
+            entries.append({label, [this, label] {
+                                m_chosen.append(label);
+                            }});
+        m_item->setMenuEntries(entries);
+    }
+    // Logs the item's signals `names` from `path` as the panel receives them.
+    void listen(const QString &path, const QString &interface, const QStringList &names)
+    {
+        for (const QString &name : names)
+            QVERIFY(m_panel.connect(m_item->serviceName(), path, interface, name, m_watcher.get(),
+                                    SLOT(record(QDBusMessage))));
+        // A round trip after the match rules, so the bus has them before the item signals.
+        panelCall(u"Ping"_s, {}, u"org.freedesktop.DBus.Peer"_s);
+    }
 
     // A call from the panel's side. Item and panel share this thread, so the reply is awaited
     // while the event loop runs.
@@ -81,6 +142,8 @@ private Q_SLOTS:
         m_item = std::make_unique<StatusNotifierItem>(m_app);
         QVERIFY(m_watcher->start() && m_item->start());
         m_item->show(dentist(), u"Dentist, 2d 4h"_s);
+        m_chosen.clear();
+        setMenu({u"Show countdowns…"_s, QString(), u"Quit"_s});
         QTRY_VERIFY(m_item->isRegistered());
     }
 
@@ -150,13 +213,8 @@ private Q_SLOTS:
 
     void signalsOnlyWhatChanged()
     {
-        for (const char *name : {"NewIcon", "NewTitle", "NewToolTip", "XAyatanaNewLabel"})
-            QVERIFY(m_panel.connect(m_item->serviceName(), StatusNotifierItem::itemObjectPath,
-                                    kItemInterface, QLatin1String(name), m_watcher.get(),
-                                    SLOT(record(QDBusMessage))));
-        // A round trip after the match rules, so the bus has them before the item signals.
-        panelCall(u"Ping"_s, {}, u"org.freedesktop.DBus.Peer"_s);
-
+        listen(StatusNotifierItem::itemObjectPath, kItemInterface,
+               {u"NewIcon"_s, u"NewTitle"_s, u"NewToolTip"_s, u"XAyatanaNewLabel"_s});
         // The same frame again tells nothing. An hour less changes the texts, but the square
         // icon shows only the days: it is sent again when the day turns.
         m_item->show(dentist(), u"Dentist, 2d 4h"_s);
@@ -170,8 +228,7 @@ private Q_SLOTS:
     }
 
     // A left click activates; a right click on a panel that does not show menus asks for the
-    // context menu (the popup offers everything the menu would). The menu's entries are served
-    // at the path the item names.
+    // context menu, and the popup offers everything the menu would.
     void clicksAndMenuReachTheApp()
     {
         QSignalSpy clicks(m_item.get(), &StatusItemHost::clicked);
@@ -180,15 +237,74 @@ private Q_SLOTS:
         QCOMPARE(clicks.size(), 2);
         for (const QList<QVariant> &click : clicks)
             QCOMPARE(click.at(0).value<StatusItemClick>(), (StatusItemClick {{1234, 5}, {}}));
+    }
 
-        m_item->setMenuEntries({{u"Show countdowns…"_s, {}}, {u"Quit"_s, {}}});
+    // The menu as hosts call it. The xfce4-panel calls are those recorded with dbus-monitor
+    // against xfce4-panel 4.18 (tests/fixtures/dbusmenu); the KDE-style ones are libdbusmenu-qt's.
+    void answersHostsAsTheyCall_data()
+    {
+        QTest::addColumn<HostCalls>("calls");
+        QTest::addColumn<QStringList>("chosen");
+
+        const QString noId = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
+        const QStringList xfceProperties {
+            u"type"_s,           u"label"_s, u"visible"_s, u"enabled"_s, u"children-display"_s,
+            u"accessible-desc"_s};
+        QTest::newRow("xfce4-panel reads the menu, opens it and chooses Quit") << HostCalls {
+            {u"GetLayout"_s, {0, -1, xfceProperties}, u"2 (ia{sv}av)"_s},
+            {u"GetGroupProperties"_s,
+             {QVariant::fromValue(QList<int> {0, 1, 2, 3}), QStringList()},
+             u"a(ia{sv})"_s},
+            {u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int> {0})}, u"[] []"_s},
+            {u"EventGroup"_s, {events({{3, u"clicked"_s}}, 0, 5321371u)}, u"[]"_s},
+        } << QStringList {u"Quit"_s};
+        QTest::newRow("A KDE-style host opens the menu and chooses Show countdowns…") << HostCalls {
+            {u"AboutToShow"_s, {0}, u"false"_s},
+            {u"Event"_s, {0, u"opened"_s, QVariant::fromValue(QDBusVariant(u""_s)), 0u}, {}},
+            {u"Event"_s, {1, u"clicked"_s, QVariant::fromValue(QDBusVariant(u""_s)), 9u}, {}},
+            {u"Event"_s, {0, u"closed"_s, QVariant::fromValue(QDBusVariant(u""_s)), 0u}, {}},
+        } << QStringList {u"Show countdowns…"_s};
+        QTest::newRow("Unknown ids are reported, errors when nothing else is asked; separators "
+                      "do nothing")
+            << HostCalls {
+                   {u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int> {0, 9})}, u"[] [9]"_s},
+                   {u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int> {9})}, noId},
+                   {u"EventGroup"_s, {events({{9, u"clicked"_s}, {2, u"clicked"_s}}, 0, 0)}, u"[9]"_s},
+                   {u"EventGroup"_s, {events({{9, u"clicked"_s}}, 0, 0)}, noId},
+                   {u"Event"_s, {9, u"clicked"_s, QVariant::fromValue(QDBusVariant(0)), 0u}, noId},
+               }
+            << QStringList();
+    }
+
+    void answersHostsAsTheyCall()
+    {
+        QFETCH(HostCalls, calls);
+        QFETCH(QStringList, chosen);
+        for (const HostCall &call : calls)
+            QCOMPARE(describe(panelCall(call.method, call.arguments, kMenuInterface,
+                                        StatusNotifierItem::menuObjectPath)),
+                     call.reply);
+        // The choice runs after the reply went out, on the next turn of the event loop.
+        QTRY_COMPARE(m_chosen, chosen);
+    }
+
+    // A new language relabels the entries: hosts hear of it and read the new labels, an
+    // underscore doubled so that they do not take it for a mnemonic.
+    void menuAnnouncesNewLabels()
+    {
+        listen(StatusNotifierItem::menuObjectPath, kMenuInterface, {u"LayoutUpdated"_s});
+        setMenu({u"Show countdowns…"_s, QString(), u"Quit"_s});
+        setMenu({u"Geri sayımları göster…"_s, QString(), u"Çık_"_s});
+        QTRY_COMPARE(m_watcher->signalLog, QStringList {u"LayoutUpdated|3|0"_s});
         const QDBusMessage reply =
-            panelCall(u"GetLayout"_s, {0, -1, QStringList()}, u"com.canonical.dbusmenu"_s,
-                      StatusNotifierItem::menuObjectPath);
-        QCOMPARE(reply.signature(), u"u(ia{sv}av)"_s);
-        const auto root = demarshalled<DBusMenuLayoutItem>(reply.arguments().at(1));
-        QCOMPARE(root.children.size(), 2);
-        QCOMPARE(root.children.at(1).properties.value(u"label"_s).toString(), u"Quit"_s);
+            panelCall(u"GetGroupProperties"_s,
+                      {QVariant::fromValue(QList<int> {1, 2, 3, 42}), QStringList {u"label"_s}},
+                      kMenuInterface, StatusNotifierItem::menuObjectPath);
+        QStringList labels;
+        for (const DBusMenuItemProperties &item :
+             demarshalled<DBusMenuItemPropertiesList>(reply.arguments().value(0)))
+            labels << item.properties.value(u"label"_s).toString();
+        QCOMPARE(labels, (QStringList {u"Geri sayımları göster…"_s, QString(), u"Çık__"_s}));
     }
 };
 
