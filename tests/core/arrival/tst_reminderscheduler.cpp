@@ -13,12 +13,12 @@ static const QDateTime start = at("2026-03-01T12:00:00Z");
 struct World : ArrivalWorld
 {
     using ArrivalWorld::ArrivalWorld;
-    // A new scheduler, as after a restart; it looks at the list at once.
-    ReminderScheduler &restart()
+    // A new scheduler at `when`, as after a restart; it looks at the list at once.
+    void restart(const QDateTime &when)
     {
+        clock.set(when);
         scheduler = std::make_unique<ReminderScheduler>(registry, clock, notifier, log, locale);
         scheduler->runPass();
-        return *scheduler;
     }
     void passAt(const QDateTime &when)
     {
@@ -35,121 +35,104 @@ class tst_ReminderScheduler : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void remindersArePostedOncePerCycle_data();
-    void remindersArePostedOncePerCycle();
-    void calendarSeriesRemindWithTheirMeetingLink();
-    void milestonesOfCountUps_data();
-    void milestonesOfCountUps();
-};
+    void remindersArePostedOncePerCycle_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QStringList>("steps"); // "pass MIN" or "restart MIN" after 12:00
+        QTest::addColumn<QStringList>("bodies");
 
-void tst_ReminderScheduler::remindersArePostedOncePerCycle_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QStringList>("steps"); // "pass +MIN", "restart +MIN", "sleep-until +MIN"
-    QTest::addColumn<QStringList>("bodies");
+        // The dentist is at 13:00 with reminders 60 and 15 minutes ahead.
+        QTest::newRow("each lead is posted at its moment")
+            << "en" << QStringList {"pass 0", "pass 45"}
+            << QStringList {"Dentist: In 1 hour", "Dentist: In 15 minutes"};
+        QTest::newRow("a restart after a reminder does not repeat it")
+            << "en" << QStringList {"pass 50", "restart 52", "restart 53"}
+            << QStringList {"Dentist: In 10 minutes"};
+        QTest::newRow("leads that fell due during sleep give one reminder on wake")
+            << "en" << QStringList {"pass -5", "pass 58"} << QStringList {"Dentist: In 2 minutes"};
+        QTest::newRow("nothing is posted on a wake after the target")
+            << "en" << QStringList {"pass -5", "pass 61"} << QStringList();
+        QTest::newRow("in Turkish")
+            << "tr" << QStringList {"pass 45"} << QStringList {"Dentist: 15 dakika sonra"};
+    }
 
-    // The dentist is at 13:00 with reminders 60 and 15 minutes ahead.
-    QTest::newRow("each lead is posted at its moment")
-        << "en" << QStringList {"pass 0", "pass 45"}
-        << QStringList {"Dentist: In 1 hour", "Dentist: In 15 minutes"};
-    QTest::newRow("a restart after a reminder does not repeat it")
-        << "en" << QStringList {"pass 50", "restart 52", "restart 53"}
-        << QStringList {"Dentist: In 10 minutes"};
-    QTest::newRow("leads that fell due during sleep give one reminder on wake")
-        << "en" << QStringList {"pass -5", "pass 58"} << QStringList {"Dentist: In 2 minutes"};
-    QTest::newRow("nothing is posted on a wake after the target")
-        << "en" << QStringList {"pass -5", "pass 61"} << QStringList();
-    QTest::newRow("in Turkish") << "tr" << QStringList {"pass 45"}
-                                << QStringList {"Dentist: 15 dakika sonra"};
-}
-
-void tst_ReminderScheduler::remindersArePostedOncePerCycle()
-{
-    QFETCH(QString, language);
-    QFETCH(QStringList, steps);
-    QFETCH(QStringList, bodies);
-    World w(language);
-    Event dentist = countdown("Dentist", start.addSecs(3600));
-    dentist.reminderLeadMinutes = {15, 60};
-    QVERIFY(w.store.addEvent(dentist));
-    w.clock.set(start.addSecs(-3600));
-    w.restart();
-    QCOMPARE(w.scheduler->nextMoment(), std::optional(start));
-
-    for (const QString &step : steps) {
-        const QDateTime when = start.addSecs(step.section(' ', 1).toLongLong() * 60);
-        if (step.startsWith("restart")) {
-            w.clock.set(when);
-            w.restart();
-        } else {
-            w.passAt(when);
+    void remindersArePostedOncePerCycle()
+    {
+        QFETCH(QString, language);
+        QFETCH(QStringList, steps);
+        World w(language);
+        Event dentist = countdown("Dentist", start.addSecs(3600));
+        dentist.reminderLeadMinutes = {15, 60};
+        QVERIFY(w.store.addEvent(dentist));
+        w.restart(start.addSecs(-3600));
+        QCOMPARE(w.scheduler->nextMoment(), std::optional(start));
+        for (const QString &step : steps) {
+            const QDateTime when = start.addSecs(step.section(' ', 1).toLongLong() * 60);
+            step.startsWith("restart") ? w.restart(when) : w.passAt(when);
+        }
+        QTEST(w.notifier.bodies(), "bodies");
+        for (const Notice &notice : std::as_const(w.notifier.posted)) {
+            QCOMPARE(notice.identifier,
+                     "tarrow.reminder." + dentist.id.toString(QUuid::WithoutBraces).toUpper());
+            QCOMPARE(notice.item, std::optional(CountdownID::manual(dentist.id)));
         }
     }
-    QCOMPARE(w.notifier.bodies(), bodies);
-    for (const Notice &notice : std::as_const(w.notifier.posted)) {
-        QCOMPARE(notice.identifier,
-                 "tarrow.reminder." + dentist.id.toString(QUuid::WithoutBraces).toUpper());
-        QCOMPARE(notice.item, std::optional(CountdownID::manual(dentist.id)));
-    }
-}
 
-void tst_ReminderScheduler::calendarSeriesRemindWithTheirMeetingLink()
-{
-    World w;
     // The lead times are the series' own, laid over every occurrence.
-    CalendarReachSignals reach;
-    reach.reminderLeadMinutes = {10};
-    QVERIFY(w.store.setCalendarReach({"work", "standup"}, reach));
-    CalendarOccurrence standup = occurrence("standup", "Standup", start.addSecs(600));
-    standup.meetingURL = QUrl("https://meet.google.com/abc-defg-hij");
-    const CalendarOccurrence tomorrow = occurrence("standup", "Standup", start.addDays(1));
-    w.calendar.publish({standup, tomorrow});
-    w.restart();
-    w.passAt(start.addSecs(30));
-    w.passAt(start.addDays(1).addSecs(-300));
+    void calendarSeriesRemindWithTheirMeetingLink()
+    {
+        World w;
+        CalendarReachSignals reach;
+        reach.reminderLeadMinutes = {10};
+        QVERIFY(w.store.setCalendarReach({"work", "standup"}, reach));
+        CalendarOccurrence standup = occurrence("standup", "Standup", start.addSecs(600));
+        standup.meetingURL = QUrl("https://meet.google.com/abc-defg-hij");
+        const CalendarOccurrence tomorrow = occurrence("standup", "Standup", start.addDays(1));
+        w.calendar.publish({standup, tomorrow});
+        w.restart(start);
+        w.passAt(start.addSecs(30));
+        w.passAt(start.addDays(1).addSecs(-300));
 
-    QCOMPARE(w.notifier.bodies(),
-             (QStringList {"Standup: In 10 minutes", "Standup: In 5 minutes"}));
-    QCOMPARE(w.notifier.posted.constFirst().link,
-             std::optional(QUrl("https://meet.google.com/abc-defg-hij")));
-    QCOMPARE(w.notifier.posted.constLast().item,
-             std::optional(CountdownID::calendar(tomorrow.ref)));
-}
+        QCOMPARE(w.notifier.bodies(),
+                 (QStringList {"Standup: In 10 minutes", "Standup: In 5 minutes"}));
+        QCOMPARE(w.notifier.posted.constFirst().link, standup.meetingURL);
+        QCOMPARE(w.notifier.posted.constLast().item,
+                 std::optional(CountdownID::calendar(tomorrow.ref)));
+    }
 
-void tst_ReminderScheduler::milestonesOfCountUps_data()
-{
-    QTest::addColumn<QDateTime>("began");
-    QTest::addColumn<QList<qint64>>("passesInDays"); // days after `start`
-    QTest::addColumn<QStringList>("bodies");
+    void milestonesOfCountUps_data()
+    {
+        QTest::addColumn<QDateTime>("began");
+        QTest::addColumn<QList<qint64>>("passesInDays"); // days after `start`
+        QTest::addColumn<QStringList>("bodies");
 
-    QTest::newRow("the hundredth day, once") << start.addDays(-99) << QList<qint64> {0, 1, 1, 2}
-                                             << QStringList {"Sober: It has been 100 days."};
-    QTest::newRow("each month of the first year, then the year")
-        << at("2025-12-01T12:00:00Z") << QList<qint64> {0, 31, 275}
-        << QStringList {"Sober: It has been 3 months.", "Sober: It has been 4 months.",
-                        "Sober: It has been a year."};
-    QTest::newRow("a milestone long past when they are switched on is not announced")
-        << start.addDays(-510) << QList<qint64> {0} << QStringList();
-}
+        QTest::newRow("the hundredth day, once") << start.addDays(-99) << QList<qint64> {0, 1, 1, 2}
+                                                 << QStringList {"Sober: It has been 100 days."};
+        QTest::newRow("each month of the first year, then the year")
+            << at("2025-12-01T12:00:00Z") << QList<qint64> {0, 31, 275}
+            << QStringList {"Sober: It has been 3 months.", "Sober: It has been 4 months.",
+                            "Sober: It has been a year."};
+        QTest::newRow("a milestone long past when they are switched on is not announced")
+            << start.addDays(-510) << QList<qint64> {0} << QStringList();
+    }
 
-void tst_ReminderScheduler::milestonesOfCountUps()
-{
-    QFETCH(QDateTime, began);
-    QFETCH(QList<qint64>, passesInDays);
-    QFETCH(QStringList, bodies);
-    World w;
-    Event sober = countUp("Sober", began);
-    sober.milestonesEnabled = true;
-    Event quiet = countUp("Quiet", began); // milestones off
-    QVERIFY(w.store.addEvent(sober));
-    QVERIFY(w.store.addEvent(quiet));
-    w.restart();
-    for (qint64 days : passesInDays)
-        w.passAt(start.addDays(days));
-    w.restart(); // nothing is announced twice after a restart either
-    QCOMPARE(w.notifier.bodies(), bodies);
-    QVERIFY(w.scheduler->nextMoment() > w.clock.now());
-}
+    void milestonesOfCountUps()
+    {
+        QFETCH(QDateTime, began);
+        QFETCH(QList<qint64>, passesInDays);
+        World w;
+        Event sober = countUp("Sober", began);
+        sober.milestonesEnabled = true;
+        QVERIFY(w.store.addEvent(sober));
+        QVERIFY(w.store.addEvent(countUp("Quiet", began))); // milestones off
+        w.restart(start);
+        for (qint64 days : passesInDays)
+            w.passAt(start.addDays(days));
+        w.restart(w.clock.now()); // nothing is announced twice after a restart either
+        QTEST(w.notifier.bodies(), "bodies");
+        QVERIFY(w.scheduler->nextMoment() > w.clock.now());
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_ReminderScheduler)
 #include "tst_reminderscheduler.moc"

@@ -1,140 +1,189 @@
-// The shortcuts service over an engine that refuses what the test says: the combinations it
-// registers, settings.json as the place the user's choices live, and what a refusal leaves.
+// The shortcuts service and the settings page over an engine that refuses what the test says: the
+// combinations it registers, the settings as the place the user's choices live, what a refusal
+// leaves, the page in the interface language and "Restore Defaults".
+#include "l10n/LocaleManager.h"
+#include "shortcuts/ShortcutRecorderModel.h"
+#include "shortcuts/ShortcutsPageModel.h"
 #include "shortcuts/ShortcutsService.h"
 #include "storage/SettingsStore.h"
-#include "json/JsonDocument.h"
 
-#include "support/FakeHotkeyController.h"
-#include "support/Fixtures.h"
-
+#include <QAbstractItemModelTester>
 #include <QPointer>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
 const KeyCombo ctrlShiftK {40, 0x60000};
-}
+
+// An engine that logs what it is asked and refuses the combinations "another app" holds, with
+// the status an X server gives.
+class FakeEngine : public GlobalHotkeyController
+{
+public:
+    explicit FakeEngine(QList<KeyCombo> refusing)
+        : refused(std::move(refusing))
+    {
+    }
+    Engine engine() const override { return Engine::x11; }
+    void unregisterHotKey(ShortcutAction action) override
+    {
+        if (registered.remove(action))
+            calls << u"unregister "_s + rawValue(action);
+    }
+    void press(ShortcutAction action) { Q_EMIT activated(action); }
+    void refuseLater(ShortcutAction action) { reportLateFailure(action, 2); }
+
+    QList<KeyCombo> refused;
+    QMap<ShortcutAction, KeyCombo> registered;
+    QStringList calls;
+
+protected:
+    int registerWithEngine(ShortcutAction action, const KeyCombo &combo) override
+    {
+        calls << u"register %1 %2/%3"_s.arg(rawValue(action))
+                     .arg(combo.keyCode)
+                     .arg(combo.modifierFlags, 0, 16);
+        if (refused.contains(combo))
+            return 10;
+        registered.insert(action, combo);
+        return 0;
+    }
+};
+
+} // namespace
 
 class tst_ShortcutsService : public QObject
 {
     Q_OBJECT
 
 private:
-    // A service over the fake engine; `refused` are held by "another app".
-    std::unique_ptr<ShortcutsService> makeService(const QList<KeyCombo> &refused = {})
+    // Settings on disk, the service over a fake engine, and the page over the service.
+    struct World
     {
-        auto controller = std::make_unique<FakeHotkeyController>();
-        controller->refused = refused;
-        m_controller = controller.get();
-        m_triggered.clear();
-        return std::make_unique<ShortcutsService>(
-            *m_store, std::move(controller),
-            [this](ShortcutAction action) { m_triggered << action; });
-    }
-
-    TempPathProvider m_paths;
-    DiskFileAccess m_files;
-    std::unique_ptr<SettingsStore> m_store;
-    FakeHotkeyController *m_controller = nullptr;
-    QList<ShortcutAction> m_triggered;
+        explicit World(QList<KeyCombo> refused = {})
+            : engine(new FakeEngine(std::move(refused)))
+        {
+        }
+        QString keys(ShortcutAction action, int role = ShortcutsPageModel::KeysRole) const
+        {
+            return page.data(page.index(int(allShortcutActions().indexOf(action))), role)
+                .toString();
+        }
+        void change(const std::function<void(Settings &)> &edit)
+        {
+            Settings changed = settings.settings();
+            edit(changed);
+            settings.setSettings(changed);
+        }
+        TempPathProvider paths;
+        DiskFileAccess files;
+        SettingsStore settings {paths, files};
+        LocaleManager locale {settings, [] {
+                                  return QStringList {u"en"_s};
+                              }};
+        FakeEngine *engine;
+        QList<ShortcutAction> triggered;
+        ShortcutsService service {settings, std::unique_ptr<FakeEngine>(engine),
+                                  [this](ShortcutAction action) {
+                                      triggered << action;
+                                  }};
+        ShortcutsPageModel page {service, locale};
+        QAbstractItemModelTester tester {&page,
+                                         QAbstractItemModelTester::FailureReportingMode::QtTest};
+    };
 
 private Q_SLOTS:
-    void init()
+    // The user's choice wins over the default and presses reach the app; a change of the settings
+    // by anything else is followed; "Restore Defaults" forgets both choices (and nothing else)
+    // and stops a recorder.
+    void choicesDefaultsAndOutsideChanges()
     {
-        QFile::remove(m_paths.settingsFile());
-        m_store = std::make_unique<SettingsStore>(m_paths, m_files);
-    }
-
-    // The user's choice from settings.json wins over the default; presses reach the app.
-    void startRegistersTheChosenCombinations()
-    {
-        QFile file(m_paths.settingsFile());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(R"({"shortcutOverrides": {"newCountdown": {"keyCode": 40,
-                      "modifierFlags": 393216}, "someLaterAction": {"keyCode": 1,
-                      "modifierFlags": 262144}}})");
-        file.close();
-        m_store = std::make_unique<SettingsStore>(m_paths, m_files);
-        auto service = makeService();
-        service->start();
-        QCOMPARE(m_controller->calls,
+        World w;
+        w.change([](Settings &s) {
+            s.shortcutOverrides.insert(u"newCountdown"_s, ctrlShiftK);
+            s.shortcutOverrides.insert(u"someLaterAction"_s, KeyCombo {1, 0x40000});
+        });
+        w.service.start();
+        QCOMPARE(w.engine->calls,
                  (QStringList {u"register togglePopover 17/140000"_s,
                                u"register newCountdown 40/60000"_s}));
-        QCOMPARE(service->property("combos").toMap().value(u"newCountdown"_s).toMap(),
-                 (QVariantMap {{u"keyCode"_s, 40}, {u"modifierFlags"_s, qulonglong(0x60000)}}));
-
-        m_controller->press(ShortcutAction::newCountdown);
-        m_controller->press(ShortcutAction::togglePopover);
-        QCOMPARE(m_triggered,
+        w.engine->press(ShortcutAction::newCountdown);
+        w.engine->press(ShortcutAction::togglePopover);
+        QCOMPARE(w.triggered,
                  (QList {ShortcutAction::newCountdown, ShortcutAction::togglePopover}));
+        QVERIFY(w.page.engineNote().isEmpty()); // X11 grabs need no explanation
+
+        w.change([](Settings &s) {
+            s.shortcutOverrides.insert(u"togglePopover"_s, KeyCombo {3, 0x140000});
+        });
+        QCOMPARE(w.engine->registered.value(ShortcutAction::togglePopover),
+                 (KeyCombo {3, 0x140000}));
+        QVERIFY(w.page.isCustomised());
+        w.page.recorder(ShortcutAction::newCountdown)->startRecording();
+        w.page.restoreDefaults();
+        QVERIFY(!w.page.recorder(ShortcutAction::newCountdown)->isRecording());
+        QVERIFY(!w.page.isCustomised());
+        for (const ShortcutAction action : allShortcutActions())
+            QCOMPARE(w.engine->registered.value(action), defaultCombo(action));
+        QCOMPARE(w.settings.settings().shortcutOverrides.keys(),
+                 QStringList {u"someLaterAction"_s});
     }
 
-    // A combination another app holds costs only its own action, with the log line; picking
-    // another one in the recorder stores it, re-registers and makes the action available again.
-    void refusedCombinationCanBeReplaced()
+    // A combination another app holds costs only its own action, with the log line, and the page
+    // says so; recording another one stores it, re-registers and makes the action available.
+    // Starting one recorder stops the other.
+    void refusedCombinationIsReplacedFromThePage()
     {
-        auto service = makeService({defaultCombo(ShortcutAction::togglePopover)});
+        World w({defaultCombo(ShortcutAction::togglePopover)});
         QTest::ignoreMessage(QtWarningMsg,
                              "Could not register the togglePopover shortcut (status 10) - most "
                              "likely another app holds it");
-        service->start();
-        QCOMPARE(service->unavailable(), QSet {ShortcutAction::togglePopover});
-        QVERIFY(m_controller->registered.contains(ShortcutAction::newCountdown));
+        w.service.start();
+        QCOMPARE(w.service.unavailable(), QSet {ShortcutAction::togglePopover});
+        QCOMPARE(w.keys(ShortcutAction::togglePopover, ShortcutsPageModel::StatusRole),
+                 u"Not available: another application already uses this shortcut."_s);
+        QCOMPARE(w.keys(ShortcutAction::newCountdown, ShortcutsPageModel::StatusRole), QString());
 
-        QSignalSpy unavailable(service.get(), &ShortcutsService::unavailableChanged);
-        m_controller->calls.clear();
-        service->setCombo(ShortcutAction::togglePopover, ctrlShiftK);
-        QVERIFY(service->unavailable().isEmpty());
-        QCOMPARE(unavailable.count(), 1);
-        QCOMPARE(m_controller->calls,
+        ShortcutRecorderModel *toggle = w.page.recorder(ShortcutAction::togglePopover);
+        w.page.recorder(ShortcutAction::newCountdown)->startRecording();
+        toggle->startRecording();
+        QVERIFY(!w.page.recorder(ShortcutAction::newCountdown)->isRecording());
+        w.engine->calls.clear();
+        toggle->keyPressed(Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(w.service.unavailable().isEmpty());
+        QCOMPARE(w.engine->calls,
                  (QStringList {u"unregister newCountdown"_s, u"register togglePopover 40/60000"_s,
                                u"register newCountdown 45/140000"_s}));
-        const auto saved = JsonDocument::parse(readFile(m_paths.settingsFile()));
-        QVERIFY(saved);
-        QCOMPARE(saved->root()["shortcutOverrides"_L1]["togglePopover"_L1]["keyCode"_L1].toInt64(),
-                 40);
+        QCOMPARE(w.keys(ShortcutAction::togglePopover), u"Ctrl+Shift+K"_s);
+        QCOMPARE(SettingsStore(w.paths, w.files).settings().shortcutOverrides,
+                 (QMap<QString, KeyCombo> {{u"togglePopover"_s, ctrlShiftK}}));
     }
 
-    // "Restore Defaults" forgets both choices (and nothing else in the file); a change made to
-    // the settings by anything else is followed too.
-    void restoreDefaultsAndOutsideChanges()
+    // The rows follow the interface language; without an engine the page tells how to bind the
+    // forwarded commands. An engine that answers later can still refuse; stopping lets go.
+    void pageLanguageLateRefusalAndStop()
     {
-        auto service = makeService();
-        service->start();
-        service->setCombo(ShortcutAction::newCountdown, ctrlShiftK);
-        Settings outside = m_store->settings();
-        outside.shortcutOverrides.insert(u"togglePopover"_s, KeyCombo {3, 0x140000});
-        outside.shortcutOverrides.insert(u"someLaterAction"_s, KeyCombo {1, 0x40000});
-        m_store->setSettings(outside);
-        QCOMPARE(service->combo(ShortcutAction::togglePopover), (KeyCombo {3, 0x140000}));
-        QCOMPARE(m_controller->registered.value(ShortcutAction::togglePopover),
-                 (KeyCombo {3, 0x140000}));
+        World w;
+        w.service.start();
+        ShortcutsService none(w.settings, nullptr, {});
+        QCOMPARE(ShortcutsPageModel(none, w.locale).engineNote(),
+                 u"Your desktop does not let apps register global keys: bind a key to “tarrow "
+                 "--toggle-popup” (and one to “tarrow --new-countdown” for a new countdown) in "
+                 "your desktop’s keyboard settings."_s);
+        w.change([](Settings &s) { s.language = LanguagePref::de; });
+        QCOMPARE(w.keys(ShortcutAction::togglePopover, ShortcutsPageModel::TitleRole),
+                 u"Countdowns ein- oder ausblenden"_s);
 
-        service->restoreDefaults();
-        for (const ShortcutAction action : allShortcutActions()) {
-            QCOMPARE(service->combo(action), defaultCombo(action));
-            QCOMPARE(m_controller->registered.value(action), defaultCombo(action));
-        }
-        QCOMPARE(m_store->settings().shortcutOverrides.keys(), QStringList {u"someLaterAction"_s});
-    }
-
-    // An engine that answers later can still refuse; stopping lets go of every key.
-    void lateRefusalAndStop()
-    {
-        auto service = makeService();
-        service->start();
         QTest::ignoreMessage(QtWarningMsg,
                              "Could not register the newCountdown shortcut (status 2) - most "
                              "likely another app holds it");
-        m_controller->refuseLater(ShortcutAction::newCountdown);
-        QCOMPARE(service->property("unavailable").toStringList(), QStringList {u"newCountdown"_s});
-        QPointer<QObject> controller(m_controller);
-        service->stop();
-        QVERIFY(controller.isNull());
-        QVERIFY(service->unavailable().isEmpty());
-        QVERIFY(!service->engine());
+        w.engine->refuseLater(ShortcutAction::newCountdown);
+        QCOMPARE(w.service.property("unavailable").toStringList(), QStringList {u"newCountdown"_s});
+        QPointer<QObject> engine(w.engine);
+        w.service.stop();
+        QVERIFY(engine.isNull() && w.service.unavailable().isEmpty() && !w.service.engine());
     }
 };
 

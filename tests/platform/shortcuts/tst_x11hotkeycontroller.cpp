@@ -14,11 +14,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <X11/keysym.h>
 #include <xcb/xcb.h>
-#include <xcb/xcb_keysyms.h>
-
-#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -30,39 +26,17 @@ bool type(const QString &keys)
     return QProcess::execute(u"xdotool"_s, {u"key"_s, keys}) == 0;
 }
 
-// A second X client, holding Ctrl+Alt+K the way another app would.
-class OtherClient
-{
-public:
-    OtherClient()
-        : m_connection(xcb_connect(nullptr, nullptr))
-        , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root)
-    {
-        xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(m_connection);
-        xcb_keycode_t *codes = xcb_key_symbols_get_keycode(symbols, XK_k);
-        m_keycode = codes ? codes[0] : 0;
-        std::free(codes);
-        xcb_key_symbols_free(symbols);
-    }
-    ~OtherClient() { xcb_disconnect(m_connection); }
-
-    bool grabCtrlAltK()
-    {
-        const xcb_void_cookie_t cookie =
-            xcb_grab_key_checked(m_connection, 1, m_root, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1,
-                                 m_keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        xcb_generic_error_t *error = xcb_request_check(m_connection, cookie);
-        std::free(error);
-        return error == nullptr;
-    }
-
-private:
-    xcb_connection_t *m_connection;
-    xcb_window_t m_root;
-    xcb_keycode_t m_keycode = 0;
-};
-
 const KeyCombo ctrlAltK {40, KeyModifier::control | KeyModifier::alt};
+
+// A second X client holding keys, the way another app would.
+struct OtherClient
+{
+    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection {
+        xcb_connect(nullptr, nullptr), xcb_disconnect};
+    X11HotkeyController keys {connection.get(),
+                              xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root};
+    bool grabCtrlAltK() { return keys.registerHotKey(ShortcutAction::newCountdown, ctrlAltK); }
+};
 
 } // namespace
 

@@ -1,14 +1,7 @@
-#include "support/FakeClock.h"
-#include "support/FakeTickScheduler.h"
 #include "support/ItemFixtures.h"
+#include "support/PanelCore.h"
 
-#include "countdown/CountdownEngine.h"
-#include "countdown/CountdownRegistry.h"
-#include "l10n/LocaleManager.h"
-#include "platform/tray/StatusItemController.h"
 #include "platform/tray/StatusItemHost.h"
-#include "storage/EventStore.h"
-#include "storage/SettingsStore.h"
 
 #include <QTest>
 
@@ -36,21 +29,13 @@ public:
     void setMenuEntries(const QList<StatusItemMenuEntry> &) override { }
 };
 
-// The real store, engine and language behind the controller, in English; a clock and tick the
-// test moves.
-struct World
+// The real store, engine and language behind the controller, in English.
+struct World : PanelCore
 {
-    TempPathProvider paths;
-    DiskFileAccess files;
-    EventStore store {paths, files};
-    SettingsStore settings {paths, files};
-    CountdownRegistry registry {store};
-    FakeClock clock {kStart};
-    FakeTickScheduler scheduler;
-    CountdownEngine engine {store, registry, clock, scheduler};
-    LocaleManager locale {settings, [] {
-                              return QStringList {u"en"_s};
-                          }};
+    World()
+        : PanelCore(kStart)
+    {
+    }
     RecordingHost host;
     StatusItemController controller {host, engine, settings, locale};
 
@@ -60,7 +45,6 @@ struct World
         edit(changed);
         settings.setSettings(changed);
     }
-
     // A countdown 5 days 18 hours 36 minutes ahead, 50.1 % of the way from its creation: the
     // fill sits in the middle of one of its thousandth steps.
     bool addDentist()
@@ -70,7 +54,6 @@ struct World
         dentist.icon = IconRef::named(u"star.fill"_s);
         return store.addEvent(dentist);
     }
-
     void tick(int times)
     {
         for (int i = 0; i < times; ++i) {
@@ -96,7 +79,6 @@ private Q_SLOTS:
         QVERIFY(world.addDentist());
         QCOMPARE(world.host.labels.last(), u"Dentist, 5d 18h"_s);
         const qsizetype afterAdding = world.host.frames.size();
-        QVERIFY(world.scheduler.isRunning());
         world.tick(5);
         QCOMPARE(world.host.frames.size(), afterAdding);
 
@@ -133,7 +115,6 @@ private Q_SLOTS:
         QFETCH(int, draws);
         QFETCH(QString, title);
         QFETCH(QString, detail);
-
         World world;
         QVERIFY(world.addDentist());
         const MenubarChipPresentation before = world.host.frames.last();
@@ -142,16 +123,6 @@ private Q_SLOTS:
         QCOMPARE(world.host.frames.size() - drawn, draws);
         QCOMPARE(world.host.frames.last(),
                  (MenubarChipPresentation {u"star.fill"_s, title, detail, before.remaining}));
-    }
-
-    void clicksReachTheHandler()
-    {
-        World world;
-        QList<StatusItemClick> clicks;
-        world.controller.setClickHandler([&clicks](const StatusItemClick &c) { clicks << c; });
-        const StatusItemClick click {QPoint(1001, 12), QRect(990, 0, 22, 24)};
-        Q_EMIT world.host.clicked(click);
-        QCOMPARE(clicks, QList<StatusItemClick> {click});
     }
 };
 
