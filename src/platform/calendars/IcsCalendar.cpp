@@ -20,6 +20,34 @@ namespace {
 // Past this many steps a rule is given up (a minutely rule from decades ago, a broken rule).
 constexpr int maxRuleSteps = 200'000;
 
+// libical expands a zone's changes from its first observance up to the year asked for, so a year
+// far away (an end in the year 4050) costs a walk through every change before it. Times outside
+// these years are read as UTC: hours of offset do not matter that far out.
+constexpr int firstZonedYear = 1900;
+constexpr int lastZonedYear = 2200;
+
+// Real zones change their offset at most a few times a year. A VTIMEZONE whose observances repeat
+// more often (hourly, daily) is refused, since expanding it would take libical minutes.
+bool observancesRepeatYearly(icaltimezone *zone)
+{
+    icalcomponent *vtimezone = icaltimezone_get_component(zone);
+    if (!vtimezone)
+        return true;
+    for (icalcomponent *observance =
+             icalcomponent_get_first_component(vtimezone, ICAL_ANY_COMPONENT);
+         observance; observance = icalcomponent_get_next_component(vtimezone, ICAL_ANY_COMPONENT)) {
+        for (icalproperty *rule = icalcomponent_get_first_property(observance, ICAL_RRULE_PROPERTY);
+             rule; rule = icalcomponent_get_next_property(observance, ICAL_RRULE_PROPERTY)) {
+            const icalrecurrencetype recurrence = icalproperty_get_rrule(rule);
+            if (recurrence.freq != ICAL_YEARLY_RECURRENCE || recurrence.interval > 1
+                || recurrence.by_hour[0] != ICAL_RECURRENCE_ARRAY_MAX
+                || recurrence.by_minute[0] != ICAL_RECURRENCE_ARRAY_MAX)
+                return false;
+        }
+    }
+    return true;
+}
+
 QString text(const char *utf8)
 {
     return utf8 ? QString::fromUtf8(utf8) : QString();
@@ -129,6 +157,8 @@ const Zone &IcsCalendar::Expansion::zoneFor(icalproperty *property, const icalti
 
     Zone zone;
     icaltimezone *ical = icalcomponent_get_timezone(m_calendar.m_root, tzid.constData());
+    if (ical && !observancesRepeatYearly(ical))
+        ical = nullptr;
     if (!ical)
         ical = icaltimezone_get_builtin_timezone_from_tzid(tzid.constData());
     if (!ical)
@@ -159,7 +189,8 @@ qint64 IcsCalendar::Expansion::msecs(const Moment &moment) const
     const QDate date(t.year, t.month, t.day);
     if (t.is_date)
         return QDateTime(date, QTime(0, 0), m_context.localZone).toMSecsSinceEpoch();
-    switch (moment.zone.kind) {
+    const bool farYear = t.year < firstZonedYear || t.year > lastZonedYear;
+    switch (farYear ? Zone::Kind::utc : moment.zone.kind) {
     case Zone::Kind::utc:
         return QDateTime(date, QTime(t.hour, t.minute, t.second), Qt::UTC).toMSecsSinceEpoch();
     case Zone::Kind::ical:

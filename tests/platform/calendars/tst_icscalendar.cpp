@@ -115,6 +115,10 @@ void TestIcsCalendar::expandsInTheWindow_data()
                u"Unknown zone, read as floating 2025-03-15T00:00Z no end Asia/Tokyo"_s,
                u"New York, no VTIMEZONE (EDT since 9 March) 2025-03-10T13:00Z to 2025-03-10T14:00Z America/New_York"_s,
            };
+    // Found by fuzzing: expanding an hourly zone up to an end in 4050 took libical minutes.
+    QTest::newRow("a zone that changes hourly is replaced by the database's, far years are UTC")
+        << u"hourly-zone.ics"_s << u"2025-03-01T00:00Z"_s << u"2025-03-05T00:00Z"_s
+        << QStringList {u"Ends in 4050 2025-03-03T08:00Z to 4050-06-06T09:15Z Europe/Berlin"_s};
     // Dates are days of the user's zone (Istanbul, UTC+3), whatever zone the feed names.
     QTest::newRow("all-day dates start at the local midnight")
         << u"all-day.ics"_s << u"2025-03-10T00:00Z"_s << u"2025-03-22T00:00Z"_s
