@@ -30,6 +30,7 @@
 #include "platform/updates/UpdateChecker.h"
 #include "shortcuts/ShortcutsPageModel.h"
 #include "shortcuts/ShortcutsService.h"
+#include "storage/DataFolderWatcher.h"
 #include "storage/EventStore.h"
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
@@ -129,6 +130,11 @@ void AppDelegate::buildCore()
     m_eventStore = std::make_unique<EventStore>(*m_paths, m_files);
     m_settingsStore = std::make_unique<SettingsStore>(*m_paths, m_files, m_launchAtLogin.get());
     runStartupMigrations(*m_eventStore, *m_settingsStore);
+    m_dataFolderWatcher =
+        std::make_unique<DataFolderWatcher>(*m_paths, *m_eventStore, *m_settingsStore);
+    // A file of an older version put in place while the app runs is migrated like one at launch.
+    connect(m_eventStore.get(), &EventStore::reloaded, this,
+            [this] { runStartupMigrations(*m_eventStore, *m_settingsStore); });
     m_countdownRegistry = std::make_unique<CountdownRegistry>(*m_eventStore);
     m_tickScheduler = std::make_unique<TimerTickScheduler>();
     m_countdownEngine = std::make_unique<CountdownEngine>(*m_eventStore, *m_countdownRegistry,

@@ -28,6 +28,7 @@ class CountdownID;
 class CountdownIntents;
 class CountdownListModel;
 class CountdownRegistry;
+class DataFolderWatcher;
 class DefaultPathProvider;
 class EventEditorModel;
 class EventStore;
@@ -155,6 +156,8 @@ private:
     // The core, in the order it is built.
     std::unique_ptr<EventStore> m_eventStore;
     std::unique_ptr<SettingsStore> m_settingsStore;
+    // Takes in what `tarrow` commands and editors change in the data folder.
+    std::unique_ptr<DataFolderWatcher> m_dataFolderWatcher;
     std::unique_ptr<CountdownRegistry> m_countdownRegistry;
     std::unique_ptr<TimerTickScheduler> m_tickScheduler;
     std::unique_ptr<CountdownEngine> m_countdownEngine;

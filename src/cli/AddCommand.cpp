@@ -3,6 +3,7 @@
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
 #include "cli/DateArgument.h"
+#include "cli/TerminalText.h"
 #include "records/Event.h"
 
 QString AddCommand::usage() const
@@ -28,14 +29,20 @@ int AddCommand::run(const QStringList &arguments, CliContext &context)
     const QString title = args.positional().constFirst().trimmed();
     if (title.isEmpty())
         return context.fail(QStringLiteral("the title is empty"));
+    if (Event::isTitleTooLong(title))
+        return context.fail(
+            QStringLiteral("the title is longer than %1 characters").arg(Event::MaxTitleLength));
 
     Event event = Event::created(title, context.clock().now(), *zone);
     event.direction =
         args.isSet(QStringLiteral("since")) ? CountdownDirection::since : CountdownDirection::until;
 
     if (args.isSet(QStringLiteral("date"))) {
+        QString problem;
         const std::optional<DateText> date =
-            parseDateText(args.value(QStringLiteral("date")), *zone);
+            parseDateText(args.value(QStringLiteral("date")), *zone, &problem);
+        if (!problem.isEmpty())
+            return context.fail(problem);
         if (!date)
             return context.fail(
                 QStringLiteral("\"%1\" is not a date: write it as ISO 8601, for example "
@@ -47,8 +54,8 @@ int AddCommand::run(const QStringList &arguments, CliContext &context)
         const std::optional<TitleDate> found = dateFromTitle(
             title, context.clock().now(), *zone, event.direction == CountdownDirection::since);
         if (!found)
-            return context.fail(
-                QStringLiteral("no date in \"%1\": give one with --date ISO8601").arg(title));
+            return context.fail(QStringLiteral("no date in \"%1\": give one with --date ISO8601")
+                                    .arg(terminalSafe(title)));
         event.title = found->title;
         event.targetDate = found->instant;
         event.includeTime = found->hasTime && !args.isSet(QStringLiteral("all-day"));

@@ -39,6 +39,8 @@ int reportStoreError(const EventStoreError &error, CliContext &context)
 {
     if (error.kind == EventStoreError::Kind::noEvent)
         return context.fail(error.description + QStringLiteral(" (see tarrow list)"));
+    if (error.kind == EventStoreError::Kind::refused)
+        return context.fail(error.description);
     return context.fail(QStringLiteral("could not save %1: %2")
                             .arg(context.data().paths().eventFile(), error.description));
 }

@@ -3,14 +3,22 @@
 #include "cli/CliContext.h"
 #include "parse/NaturalDateParser.h"
 
+QString instantArgumentError(const QString &text, const QString &problem)
+{
+    if (!problem.isEmpty())
+        return problem;
+    return QStringLiteral(
+               "\"%1\" is not an instant: write it as ISO 8601, for example 2026-12-24T18:30:00Z")
+        .arg(text);
+}
+
 std::optional<QDateTime> instantArgument(const QString &text, CliContext &context)
 {
-    if (const std::optional<DateText> date = parseDateText(text, QTimeZone::systemTimeZone()))
+    QString problem;
+    if (const std::optional<DateText> date =
+            parseDateText(text, QTimeZone::systemTimeZone(), &problem))
         return date->instant;
-    context.fail(
-        QStringLiteral(
-            "\"%1\" is not an instant: write it as ISO 8601, for example 2026-12-24T18:30:00Z")
-            .arg(text));
+    context.fail(instantArgumentError(text, problem));
     return std::nullopt;
 }
 

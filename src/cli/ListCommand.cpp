@@ -3,6 +3,7 @@
 #include "cli/CalendarSnapshot.h"
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
+#include "cli/TerminalText.h"
 #include "countdown/CountdownRegistry.h"
 #include "l10n/LanguageTable.h"
 #include "l10n/LocaleManager.h"
@@ -115,7 +116,7 @@ int ListCommand::run(const QStringList &arguments, CliContext &context)
                       << whenText(event) << "  "
                       << (event.direction == CountdownDirection::since ? "since  " : "until  ")
                       << eventTimeText(event, now, settings.displayFormat, table) << "  "
-                      << event.title << (pinned ? "  [pinned]" : "") << '\n';
+                      << terminalSafe(event.title) << (pinned ? "  [pinned]" : "") << '\n';
     }
     for (const CountdownItem &item : std::as_const(calendarItems)) {
         const CalendarOccurrence &occurrence = *item.occurrence();

@@ -5,11 +5,20 @@
 #include "cli/DateArgument.h"
 #include "parse/NaturalDateParser.h"
 #include "json/IsoDate.h"
+#include "json/JsonDocument.h"
+#include "json/JsonWriter.h"
 
+#include <QFile>
+#include <QFileDevice>
 #include <QHash>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+
+#include <cerrno>
+#endif
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,32 +27,31 @@ const QString zoneOption = QStringLiteral("time-zone");
 const QString keepsPastOption = QStringLiteral("keeps-past");
 const QString linesOption = QStringLiteral("jsonl");
 
-QString jsonString(const QString &text)
+// One answer as a line of compact JSON, keys in reading order: date, includeTime, cleanedTitle.
+QByteArray resultLine(const std::optional<NaturalDateMatch> &match)
 {
-    const QByteArray array = QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.mid(1, array.size() - 2));
+    JsonWriter writer(JsonWriter::Layout::compact);
+    writer.beginObject();
+    if (!match) {
+        writer.key("match"_L1).null();
+    } else if (!IsoDate::isWritable(match->date)) {
+        writer.key("error"_L1).string(IsoDate::outOfRangeMessage(match->date));
+    } else {
+        writer.key("date"_L1).date(match->date);
+        writer.key("includeTime"_L1).boolean(match->includeTime);
+        writer.key("cleanedTitle"_L1).string(match->cleanedTitle);
+    }
+    writer.endObject();
+    return writer.finishFragment();
 }
 
-// The keys in reading order: date, includeTime, cleanedTitle.
-QString resultLine(const std::optional<NaturalDateMatch> &match)
+QByteArray errorLine(const QString &message)
 {
-    if (!match)
-        return QStringLiteral(R"({"match":null})");
-    return u"{\"date\":\"" % IsoDate::format(match->date) % u"\",\"includeTime\":"
-        % (match->includeTime ? u"true" : u"false") % u",\"cleanedTitle\":"
-        % jsonString(match->cleanedTitle) % u'}';
-}
-
-QString errorLine(const QString &message)
-{
-    return u"{\"error\":" % jsonString(message) % u'}';
-}
-
-QString notAnInstant(const QString &text)
-{
-    return QStringLiteral("\"%1\" is not an instant: write it as ISO 8601, for example "
-                          "2026-12-24T18:30:00Z")
-        .arg(text);
+    JsonWriter writer(JsonWriter::Layout::compact);
+    writer.beginObject();
+    writer.key("error"_L1).string(message);
+    writer.endObject();
+    return writer.finishFragment();
 }
 
 QString unknownZone(const QString &ianaId)
@@ -52,62 +60,98 @@ QString unknownZone(const QString &ianaId)
         .arg(ianaId);
 }
 
-// Zones by name for a run of lines: building a QTimeZone reads the zone database.
-class ZoneCache
+bool isAbsent(const JsonValue &value)
+{
+    return value.isUndefined() || value.isNull();
+}
+
+// Answers request lines: {"text": string, "now": ISO 8601 (default: the clock), "tz": IANA name
+// (default: the system zone), "keepsPast": bool (default false)}. Zones and instants recur from
+// line to line; each distinct one is read once.
+class Requests
 {
 public:
-    std::optional<QTimeZone> find(const QString &ianaId)
+    explicit Requests(QDateTime clockNow)
+        : m_clockNow(std::move(clockNow))
     {
-        if (ianaId.isEmpty())
-            return QTimeZone::systemTimeZone();
-        auto it = m_zones.find(ianaId);
-        if (it == m_zones.end())
-            it = m_zones.insert(ianaId, QTimeZone(ianaId.toUtf8()));
-        return it->isValid() ? std::optional<QTimeZone>(*it) : std::nullopt;
+    }
+
+    QByteArray answer(const QByteArray &line)
+    {
+        QString parseError;
+        const std::optional<JsonDocument> document = JsonDocument::parse(line, &parseError);
+        if (!document)
+            return errorLine(QStringLiteral("not JSON: %1").arg(parseError));
+        const JsonValue request = document->root();
+        if (!request.isObject())
+            return errorLine(QStringLiteral("not a JSON object"));
+
+        const JsonValue text = request["text"_L1];
+        if (!text.isString())
+            return errorLine(QStringLiteral("\"text\" must be a string"));
+
+        const JsonValue tz = request["tz"_L1];
+        if (!isAbsent(tz) && !tz.isString())
+            return errorLine(QStringLiteral("\"tz\" must be a string"));
+        const QTimeZone *zone = zoneNamed(tz.toSharedString());
+        if (!zone)
+            return errorLine(unknownZone(tz.toString()));
+
+        QDateTime now = m_clockNow;
+        const JsonValue nowValue = request["now"_L1];
+        if (!isAbsent(nowValue)) {
+            QString problem;
+            const std::optional<QDateTime> given = instant(nowValue, &problem);
+            if (!given)
+                return errorLine(problem);
+            now = *given;
+        }
+
+        const JsonValue keepsPast = request["keepsPast"_L1];
+        if (!isAbsent(keepsPast) && !keepsPast.isBool())
+            return errorLine(QStringLiteral("\"keepsPast\" must be true or false"));
+
+        return resultLine(
+            NaturalDateParser::parse(text.toString(), now, *zone, keepsPast.toBool()));
     }
 
 private:
-    QHash<QString, QTimeZone> m_zones;
-};
-
-// One request line: {"text": string, "now": ISO 8601 (default: the clock), "tz": IANA name
-// (default: the system zone), "keepsPast": bool (default false)}.
-QString answerLine(const QByteArray &line, const QDateTime &clockNow, ZoneCache &zones)
-{
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(line, &parseError);
-    if (parseError.error != QJsonParseError::NoError)
-        return errorLine(QStringLiteral("not JSON: %1").arg(parseError.errorString()));
-    if (!document.isObject())
-        return errorLine(QStringLiteral("not a JSON object"));
-    const QJsonObject request = document.object();
-
-    const QJsonValue text = request.value(u"text");
-    if (!text.isString())
-        return errorLine(QStringLiteral("\"text\" must be a string"));
-
-    const QJsonValue tz = request.value(u"tz");
-    if (!tz.isUndefined() && !tz.isNull() && !tz.isString())
-        return errorLine(QStringLiteral("\"tz\" must be a string"));
-    const std::optional<QTimeZone> zone = zones.find(tz.toString());
-    if (!zone)
-        return errorLine(unknownZone(tz.toString()));
-
-    QDateTime now = clockNow;
-    const QJsonValue nowValue = request.value(u"now");
-    if (!nowValue.isUndefined() && !nowValue.isNull()) {
-        const auto parsed = parseDateText(nowValue.toString(), QTimeZone::systemTimeZone());
-        if (!nowValue.isString() || !parsed)
-            return errorLine(notAnInstant(nowValue.toVariant().toString()));
-        now = parsed->instant;
+    // Building a QTimeZone reads the zone database.
+    const QTimeZone *zoneNamed(const QString &ianaId)
+    {
+        auto it = m_zones.find(ianaId);
+        if (it == m_zones.end())
+            it = m_zones.insert(ianaId,
+                                ianaId.isEmpty() ? QTimeZone::systemTimeZone()
+                                                 : QTimeZone(ianaId.toUtf8()));
+        return it->isValid() ? &*it : nullptr;
     }
 
-    const QJsonValue keepsPast = request.value(u"keepsPast");
-    if (!keepsPast.isUndefined() && !keepsPast.isNull() && !keepsPast.isBool())
-        return errorLine(QStringLiteral("\"keepsPast\" must be true or false"));
+    std::optional<QDateTime> instant(const JsonValue &value, QString *problem)
+    {
+        const QString given = value.isString() ? value.toString()
+            : value.isNumber()                 ? value.numberText()
+                                               : describeJsonType(value);
+        if (value.isString() && given == m_lastNowText)
+            return m_lastNow;
+        QString outOfRange;
+        const std::optional<DateText> parsed = value.isString()
+            ? parseDateText(given, QTimeZone::systemTimeZone(), &outOfRange)
+            : std::nullopt;
+        if (!parsed) {
+            *problem = instantArgumentError(given, outOfRange);
+            return std::nullopt;
+        }
+        m_lastNowText = given;
+        m_lastNow = parsed->instant;
+        return m_lastNow;
+    }
 
-    return resultLine(NaturalDateParser::parse(text.toString(), now, *zone, keepsPast.toBool()));
-}
+    QDateTime m_clockNow;
+    QHash<QString, QTimeZone> m_zones;
+    QString m_lastNowText;
+    QDateTime m_lastNow;
+};
 
 } // namespace
 
@@ -143,25 +187,83 @@ int ParseCommand::run(const QStringList &arguments, CliContext &context)
     }
     const auto match = NaturalDateParser::parse(args.positional().constFirst(), now, *zone,
                                                 args.isSet(keepsPastOption));
-    context.out() << resultLine(match) << '\n';
+    context.out() << QString::fromUtf8(resultLine(match)) << '\n';
     context.out().flush();
     return 0;
 }
 
+namespace {
+
+// The standard input's descriptor when it is a real file or pipe, so that it can be read in
+// blocks: what has arrived is answered at once, so a program that writes a line and waits for
+// its answer is served as well as a file of a million lines.
+int descriptorOf(QIODevice *device)
+{
+#ifdef Q_OS_UNIX
+    if (auto *file = qobject_cast<QFile *>(device))
+        return file->handle();
+#else
+    Q_UNUSED(device)
+#endif
+    return -1;
+}
+
+} // namespace
+
 // Answers every line of stdin in order; a malformed line gets an error line and the run goes on.
-// Blank lines are skipped.
+// Blank lines are skipped. On real standard streams the bytes go straight through, in blocks,
+// without a round trip through UTF-16 on either side.
 int ParseCommand::runLines(CliContext &context)
 {
-    ZoneCache zones;
-    const QDateTime clockNow = context.clock().now();
-    QTextStream &in = context.in();
+    Requests requests(context.clock().now());
+    QIODevice *const output = context.out().device();
     QTextStream &out = context.out();
-    QString line;
-    while (in.readLineInto(&line)) {
-        if (line.trimmed().isEmpty())
-            continue;
-        out << answerLine(line.toUtf8(), clockNow, zones) << '\n';
-    }
     out.flush();
+    QByteArray answers;
+    const auto answer = [&](QByteArrayView line) {
+        if (line.trimmed().isEmpty())
+            return;
+        answers += requests.answer(QByteArray::fromRawData(line.data(), line.size()));
+        answers += '\n';
+    };
+    const auto send = [&] {
+        if (output) {
+            output->write(answers);
+            if (auto *file = qobject_cast<QFileDevice *>(output))
+                file->flush();
+        } else {
+            out << QString::fromUtf8(answers);
+            out.flush();
+        }
+        answers.clear();
+    };
+
+    const int fd = descriptorOf(context.in().device());
+    if (fd < 0) {
+        QString line;
+        while (context.in().readLineInto(&line))
+            answer(line.toUtf8());
+        send();
+        return 0;
+    }
+#ifdef Q_OS_UNIX
+    QByteArray pending;
+    char block[65536];
+    while (true) {
+        const ssize_t got = ::read(fd, block, sizeof block);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        pending.append(block, got);
+        qsizetype start = 0;
+        for (qsizetype end; (end = pending.indexOf('\n', start)) >= 0; start = end + 1)
+            answer(QByteArrayView(pending).sliced(start, end - start));
+        pending.remove(0, start);
+        send();
+    }
+    answer(pending); // a last line without its line break
+    send();
+#endif
     return 0;
 }

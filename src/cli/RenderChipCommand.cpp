@@ -3,6 +3,7 @@
 #include "cli/CliContext.h"
 #include "cli/CommandArguments.h"
 #include "cli/DateArgument.h"
+#include "cli/TerminalText.h"
 #include "countdown/SinglePassEngine.h"
 #include "l10n/LocaleManager.h"
 #include "l10n/SupportedLanguages.h"
@@ -103,6 +104,6 @@ int RenderChipCommand::run(const QStringList &arguments, CliContext &context)
     if (!image.save(args.value(out), "PNG")) {
         return context.fail(QStringLiteral("could not write %1").arg(args.value(out)));
     }
-    context.out() << chip.accessibleLabel() << '\n';
+    context.out() << terminalSafe(chip.accessibleLabel()) << '\n';
     return 0;
 }

@@ -6,6 +6,7 @@
 #include "cli/CommandArguments.h"
 #include "cli/DateArgument.h"
 #include "cli/StatusFollower.h"
+#include "cli/TerminalText.h"
 #include "countdown/SinglePassEngine.h"
 #include "countdown/TimerTickScheduler.h"
 #include "platform/tray/StatusItemController.h"
@@ -72,7 +73,7 @@ int StatusCommand::run(const QStringList &arguments, CliContext &context)
         context.out() << QString::fromUtf8(writer.finish());
         return 0;
     }
-    context.out() << "holder: " << (status.holder ? status.holder->title() : u"(none)"_qs) << '\n';
+    context.out() << "holder: " << (status.holder ? terminalSafe(status.holder->title()) : u"(none)"_qs) << '\n';
     if (const CalendarOccurrence *occurrence =
             status.holder ? status.holder->occurrence() : nullptr;
         occurrence && occurrence->meetingURL)

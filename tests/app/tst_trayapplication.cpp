@@ -1,8 +1,14 @@
 #include "app/AppURLRouter.h"
 #include "app/TrayApplication.h"
+#include "support/Fixtures.h"
 #include "support/TarrowProcess.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSettings>
+
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -113,6 +119,62 @@ private Q_SLOTS:
         third.start({u"tarrow://settings"_s});
         QVERIFY(third.process().waitForFinished(10000));
         QVERIFY(tarrow.waitForLog(u"Opened the settings window"_s));
+    }
+
+    void commandsAndTheRunningAppKeepEveryChange()
+    {
+        // The app runs on a data folder while two `tarrow add` loops write to it at once. The
+        // app writes too: it stamps each countdown as it arrives, a second or two after it was
+        // added. No acknowledged add and no stamp may be lost.
+        QTemporaryDir world;
+        TarrowProcess app(world);
+        app.start();
+        QVERIFY(app.waitForLog(u"Built the core"_s));
+        const QString folder = world.filePath(u"data"_s);
+        const QDateTime start = QDateTime::currentDateTimeUtc();
+        constexpr int perLoop = 12;
+        QStringList acknowledged[2];
+        const auto loop = [&](int which) {
+            for (int i = 0; i < perLoop; ++i) {
+                const QDateTime target = start.addMSecs(1500 + 250 * i);
+                QProcess add;
+                add.start(QStringLiteral(TARROW_EXECUTABLE),
+                          {u"--data-dir"_s, folder, u"add"_s, u"loop %1 #%2"_s.arg(which).arg(i),
+                           u"--date"_s, target.toString(Qt::ISODateWithMs)});
+                if (add.waitForFinished(30000) && add.exitCode() == 0)
+                    acknowledged[which].append(
+                        QString::fromUtf8(add.readAllStandardOutput()).trimmed());
+            }
+        };
+        std::thread first(loop, 0), second(loop, 1);
+        first.join();
+        second.join();
+        QCOMPARE(acknowledged[0].size() + acknowledged[1].size(), 2 * perLoop);
+
+        // Once the last one is due, every event is in the file and stamped by the app.
+        const auto eventsOnDisk = [&] {
+            return QJsonDocument::fromJson(readFile(QDir(folder).filePath(u"event.json"_s)))
+                .object()[u"events"_s]
+                .toArray();
+        };
+        const auto allStamped = [&] {
+            const QJsonArray events = eventsOnDisk();
+            return std::all_of(events.begin(), events.end(), [](const QJsonValue &event) {
+                return event[u"reachedAt"_s].isString();
+            });
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(
+            QDateTime::currentDateTimeUtc() > start.addMSecs(1500 + 250 * perLoop) && allStamped(),
+            15000);
+        QStringList stored;
+        for (const QJsonValue event : eventsOnDisk())
+            stored.append(event[u"id"_s].toString());
+        QStringList expected = acknowledged[0] + acknowledged[1];
+        stored.sort();
+        expected.sort();
+        QCOMPARE(stored, expected);
+        QVERIFY(app.log().contains(u"Reloaded event.json after an outside change"_s));
+        QCOMPARE(app.process().state(), QProcess::Running);
     }
 
     void routesByScheme_data()

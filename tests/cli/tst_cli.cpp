@@ -46,6 +46,7 @@ private Q_SLOTS:
     void onlyCommandsGoToTheCommandLine_data();
     void onlyCommandsGoToTheCommandLine();
     void parseAnswersTheTextOrEveryInputLine();
+    void titlesArePrintedWithTheirControlCharactersEscaped();
     void renderChipDrawsTheDataFolder();
 
 private:
@@ -165,6 +166,16 @@ void TestCli::refusals_data()
         "\"next tuesday\" is not an instant");
     row("An unknown chip style", {"render-chip", "--out", "FILE/c.png", "--style", "huge"},
         "unknown style \"huge\"");
+    row("A date that is in the year 10000 in UTC",
+        {"add", "far", "--date", "9999-12-31T23:30", "--time-zone", "America/New_York"},
+        "\"9999-12-31T23:30\" is 10000-01-01T04:30:00.000Z in UTC, outside the years 0001 to "
+        "9999");
+    row("A year before 0001", {"add", "old", "--date", "-0001-12-31T00:00:00Z"},
+        "outside the years 0001 to 9999");
+    row("An instant beyond 9999 to run the menu bar at",
+        {"status", "--now", "9999-12-31T23:59:59-05:00"}, "outside the years 0001 to 9999");
+    row("A title longer than 200 characters", {"add", QString(201, u'x'), "--date", "2026-12-01"},
+        "the title is longer than 200 characters");
     // A folder inside a regular file cannot be made, not even by root.
     row("A data folder that cannot be made",
         {"--data-dir", "FILE/tarrow", "add", "x", "--date", "2026-12-01"}, "could not save");
@@ -263,12 +274,28 @@ void TestCli::parseAnswersTheTextOrEveryInputLine()
 )"_s);
     QCOMPARE(result.out + result.err,
              uR"x({"date":"2026-11-01T14:00:00.000Z","includeTime":true,"cleanedTitle":"dentist"}
-{"error":"not JSON: unterminated string"}
+{"error":"not JSON: Malformed JSON at byte 17: unterminated object"}
 {"date":"2026-04-30T22:00:00.000Z","includeTime":false,"cleanedTitle":"anniversaire"}
 {"error":"unknown time zone \"Atlantis/Nowhere\" (use an IANA name such as Europe/Berlin)"}
 {"match":null}
 {"error":"\"yesterday\" is not an instant: write it as ISO 8601, for example 2026-12-24T18:30:00Z"}
 )x"_s);
+}
+
+void TestCli::titlesArePrintedWithTheirControlCharactersEscaped()
+{
+    // A title may hold what a terminal would act on: a colour change, a new row, a reversal.
+    const QString hostile = u"\x1b[31mred\x1b[0m\nID  2026-01-01  until  1d  forged\t\u202e!"_s;
+    QCOMPARE(run({"add", hostile, "--date", "2026-12-01"}).code, 0);
+    const QString listed = run({"list"}).out;
+    QCOMPARE(listed.count(u'\n'), 1);
+    QVERIFY2(
+        listed.endsWith(u"  \\e[31mred\\e[0m\\nID  2026-01-01  until  1d  forged\\t\\u{202e}!\n"_s),
+        qPrintable(listed));
+    QVERIFY(run({"status", "--now", "2026-11-30T12:00:00Z"}).out.contains(u"holder: \\e[31mred"_s));
+    // JSON output carries the title as it is.
+    QCOMPARE(QJsonDocument::fromJson(run({"list", "--json"}).out.toUtf8())[0]["title"].toString(),
+             hostile);
 }
 
 void TestCli::renderChipDrawsTheDataFolder()

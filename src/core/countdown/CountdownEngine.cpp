@@ -99,27 +99,30 @@ void CountdownEngine::runFullPass()
 void CountdownEngine::stampArrivals(const QDateTime &now)
 {
     // Stamping republishes the list, which rebuilds the pending arrivals: take the due ones first.
+    // All of them go into one write, however many arrive at once.
     const qint64 nowMSecs = now.toMSecsSinceEpoch();
-    QList<QUuid> due;
+    QList<std::pair<QUuid, EventPatch>> due;
     for (const PendingArrival &pending : m_pendingArrivals) {
         if (pending.reachMSecs > nowMSecs)
             break;
-        due.append(pending.eventID);
+        EventPatch patch;
+        patch.reachedAt = std::optional<QDateTime>(now);
+        due.append({pending.eventID, patch});
     }
-    for (const QUuid &id : std::as_const(due))
-        stamp(id, now);
+    if (due.isEmpty())
+        return;
+    EventStoreError error;
+    if (m_store.updateEvents(due, &error))
+        return;
+    for (const auto &arrival : std::as_const(due))
+        logFailedStamp(arrival.first, error);
 }
 
-void CountdownEngine::stamp(const QUuid &eventID, const QDateTime &now)
+void CountdownEngine::logFailedStamp(const QUuid &eventID, const EventStoreError &error)
 {
-    EventPatch patch;
-    patch.reachedAt = std::optional<QDateTime>(now);
-    EventStoreError error;
-    if (!m_store.updateEvent(eventID, patch, &error)) {
-        qCWarning(lcCountdownEngine).noquote()
-            << QStringLiteral("Failed to stamp reachedAt for event %1: %2")
-                   .arg(eventID.toString(QUuid::WithoutBraces), error.description);
-    }
+    qCWarning(lcCountdownEngine).noquote()
+        << QStringLiteral("Failed to stamp reachedAt for event %1: %2")
+               .arg(eventID.toString(QUuid::WithoutBraces), error.description);
 }
 
 void CountdownEngine::runCalendarReachPass(const QDateTime &now)
@@ -205,8 +208,9 @@ void CountdownEngine::computePinned(const QDateTime &now)
     } else if (event && event->reachedAt) {
         state = ReachState::reached(*event->reachedAt);
     } else if (now.toMSecsSinceEpoch() >= item->dateMSecs()) {
+        // With every other arrival that is due, in one write.
         if (event)
-            stamp(event->id, now);
+            stampArrivals(now);
         state = ReachState::reached(now);
     } else {
         state = ReachState::counting(Remaining::until(item->date(), now));

@@ -14,6 +14,7 @@
 class Clock;
 class CountdownRegistry;
 class EventStore;
+struct EventStoreError;
 class TickScheduler;
 
 // The main loop: follows the registry's list and the stored pin, and on every tick stamps
@@ -71,7 +72,7 @@ private:
     void rebuildPendingArrivals();
     void queueFullPass();
     void stampArrivals(const QDateTime &now);
-    void stamp(const QUuid &eventID, const QDateTime &now);
+    void logFailedStamp(const QUuid &eventID, const EventStoreError &error);
     void runCalendarReachPass(const QDateTime &now);
     void validatePin(const QDateTime &now);
     void clearPin(const QString &reason);

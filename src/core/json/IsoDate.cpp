@@ -101,22 +101,57 @@ bool expect(const Char *text, qsizetype size, qsizetype &pos, char wanted)
     return true;
 }
 
+enum class Parsed { ok, malformed, outOfRange };
+
+struct ParseResult
+{
+    Parsed status = Parsed::malformed;
+    qint64 msecs = 0;
+};
+
+// The year: exactly four digits, or (as files of older versions may hold) a sign or more digits,
+// which can only name a year outside 0001-9999.
 template<typename Char>
-std::optional<QDateTime> parseChars(const Char *text, qsizetype size)
+bool readYear(const Char *text, qsizetype size, qsizetype &pos, qint64 &year, bool &expanded)
+{
+    int sign = 1;
+    expanded = false;
+    if (pos < size && (text[pos] == Char('+') || text[pos] == Char('-'))) {
+        sign = text[pos] == Char('-') ? -1 : 1;
+        expanded = true;
+        ++pos;
+    }
+    year = 0;
+    int digits = 0;
+    while (pos < size && text[pos] >= Char('0') && text[pos] <= Char('9')) {
+        if (++digits > 6) // beyond any year a QDateTime of an older version could hold
+            return false;
+        year = year * 10 + qint64(text[pos] - '0');
+        ++pos;
+    }
+    expanded = expanded || digits > 4;
+    year *= sign;
+    return digits >= 4;
+}
+
+template<typename Char>
+ParseResult parseChars(const Char *text, qsizetype size)
 {
     qsizetype pos = 0;
-    int year, month, day, hour, minute, second;
-    if (!readDigits(text, size, pos, 4, year) || !expect(text, size, pos, '-')
+    qint64 year;
+    bool expandedYear;
+    int month, day, hour, minute, second;
+    if (!readYear(text, size, pos, year, expandedYear) || !expect(text, size, pos, '-')
         || !readDigits(text, size, pos, 2, month) || !expect(text, size, pos, '-')
         || !readDigits(text, size, pos, 2, day))
-        return std::nullopt;
+        return {};
     if (pos >= size || (text[pos] != Char('T') && text[pos] != Char('t')))
-        return std::nullopt;
+        return {};
     ++pos;
     if (!readDigits(text, size, pos, 2, hour) || !expect(text, size, pos, ':')
         || !readDigits(text, size, pos, 2, minute) || !expect(text, size, pos, ':')
         || !readDigits(text, size, pos, 2, second))
-        return std::nullopt;
+        return {};
     int millis = 0;
     if (pos < size && text[pos] == Char('.')) {
         ++pos;
@@ -128,7 +163,7 @@ std::optional<QDateTime> parseChars(const Char *text, qsizetype size)
             ++pos;
         }
         if (digits == 0)
-            return std::nullopt;
+            return {};
         for (int i = digits; i < 3; ++i)
             millis *= 10;
     }
@@ -140,23 +175,34 @@ std::optional<QDateTime> parseChars(const Char *text, qsizetype size)
         ++pos;
         int oh, om;
         if (!readDigits(text, size, pos, 2, oh))
-            return std::nullopt;
+            return {};
         expect(text, size, pos, ':');
         if (!readDigits(text, size, pos, 2, om) || oh > 23 || om > 59)
-            return std::nullopt;
+            return {};
         offsetMinutes = sign * (oh * 60 + om);
     } else {
-        return std::nullopt;
+        return {};
     }
     if (pos != size)
-        return std::nullopt;
+        return {};
     if (month < 1 || month > 12 || day < 1 || unsigned(day) > daysInMonth(year, unsigned(month))
         || hour > 23 || minute > 59 || second > 59)
-        return std::nullopt;
+        return {};
 
     const qint64 seconds = daysFromCivil(year, unsigned(month), unsigned(day)) * 86400 + hour * 3600
         + minute * 60 + second - qint64(offsetMinutes) * 60;
-    return QDateTime::fromMSecsSinceEpoch(seconds * 1000 + millis, Qt::UTC);
+    const qint64 msecs = seconds * 1000 + millis;
+    // An offset can carry 9999-12-31T23:30-05:00 into the year 10000 in UTC, which no file holds.
+    if (expandedYear || msecs < IsoDate::MinMSecs || msecs > IsoDate::MaxMSecs)
+        return {Parsed::outOfRange, msecs};
+    return {Parsed::ok, msecs};
+}
+
+std::optional<QDateTime> instantOf(const ParseResult &result)
+{
+    if (result.status != Parsed::ok)
+        return std::nullopt;
+    return QDateTime::fromMSecsSinceEpoch(result.msecs, Qt::UTC);
 }
 
 } // namespace
@@ -205,12 +251,31 @@ QString format(const QDateTime &instant)
 
 std::optional<QDateTime> parse(QStringView text)
 {
-    return parseChars(text.utf16(), text.size());
+    return instantOf(parseChars(text.utf16(), text.size()));
 }
 
 std::optional<QDateTime> parse(QByteArrayView utf8)
 {
-    return parseChars(reinterpret_cast<const unsigned char *>(utf8.data()), utf8.size());
+    return instantOf(parseChars(reinterpret_cast<const unsigned char *>(utf8.data()), utf8.size()));
+}
+
+bool isOutOfRange(QStringView text)
+{
+    return parseChars(text.utf16(), text.size()).status == Parsed::outOfRange;
+}
+
+bool isWritable(const QDateTime &instant)
+{
+    if (!instant.isValid())
+        return false;
+    const qint64 msecs = instant.toMSecsSinceEpoch();
+    return msecs >= MinMSecs && msecs <= MaxMSecs;
+}
+
+QString outOfRangeMessage(const QDateTime &instant)
+{
+    return QStringLiteral("%1 is outside the years 0001 to 9999 that the data files can hold")
+        .arg(instant.isValid() ? format(instant) : QStringLiteral("an invalid date"));
 }
 
 QString invalidDateMessage(QStringView text)

@@ -1,12 +1,14 @@
 #include "json/JsonDocument.h"
 
+#include <QStringDecoder>
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
 
 namespace {
 
-constexpr int MaxDepth = 256;
+constexpr int MaxDepth = JsonDocument::MaxDepth;
 constexpr quint64 EveryByte = 0x0101010101010101;
 
 quint64 load8(const char *p)
@@ -28,6 +30,20 @@ bool mayEndPlainRun(quint64 word)
 {
     return anyBelow(word ^ (EveryByte * '"'), 1) | anyBelow(word ^ (EveryByte * '\\'), 1)
         | anyBelow(word, 0x20);
+}
+
+bool isDigit(const char *p, const char *end)
+{
+    return p != end && *p >= '0' && *p <= '9';
+}
+
+// Byte-wise order, as the writer sorts keys.
+int compareBytes(QByteArrayView a, QByteArrayView b)
+{
+    const int common = std::memcmp(a.data(), b.data(), size_t(qMin(a.size(), b.size())));
+    if (common != 0)
+        return common;
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
 
 int hexValue(char c)
@@ -58,6 +74,8 @@ public:
 
     bool parseDocument()
     {
+        if (m_end - m_p >= 3 && std::memcmp(m_p, "\xEF\xBB\xBF", 3) == 0)
+            m_p += 3; // a byte-order mark some editors put in front
         skipSpace();
         if (!parseValue(0))
             return false;
@@ -94,11 +112,19 @@ private:
             ++m_p;
     }
 
+    // The index of the new node, or 0 (never a valid index after the root) when the document
+    // already holds as many values as it may.
     quint32 append(Type type)
     {
-        m_nodes.push_back(Node {type, false, 0, 0, 0, 0});
+        if (qsizetype(m_nodes.size()) >= JsonDocument::MaxValues) {
+            fail("too many values");
+            return 0;
+        }
+        m_nodes.emplace_back().type = type;
         return quint32(m_nodes.size() - 1);
     }
+
+    bool full() const { return qsizetype(m_nodes.size()) >= JsonDocument::MaxValues; }
 
     bool parseValue(int depth)
     {
@@ -128,29 +154,47 @@ private:
         if (m_end - m_p < length || memcmp(m_p, word, size_t(length)) != 0)
             return fail("unknown literal");
         m_p += length;
-        m_nodes[append(type)].flag = value;
+        const quint32 index = append(type);
+        if (full() && !index)
+            return false;
+        m_nodes[index].flag = value;
         return true;
     }
 
+    // -?(0|[1-9][0-9]*)(\.[0-9]+)?([eE][+-]?[0-9]+)?
     bool parseNumber()
     {
         const char *start = m_p;
-        if (m_p != m_end && *m_p == '-')
+        if (*m_p == '-')
             ++m_p;
-        const char *digits = m_p;
-        while (m_p != m_end
-               && ((*m_p >= '0' && *m_p <= '9') || *m_p == '.' || *m_p == 'e' || *m_p == 'E'
-                   || *m_p == '+' || *m_p == '-'))
+        if (!isDigit(m_p, m_end))
+            return fail(m_p == start ? "expected a value" : "malformed number");
+        if (*m_p++ != '0') {
+            while (isDigit(m_p, m_end))
+                ++m_p;
+        }
+        if (m_p != m_end && *m_p == '.') {
+            if (!isDigit(++m_p, m_end))
+                return fail("malformed number");
+            while (isDigit(m_p, m_end))
+                ++m_p;
+        }
+        if (m_p != m_end && (*m_p == 'e' || *m_p == 'E')) {
             ++m_p;
-        if (m_p == digits || *digits < '0' || *digits > '9')
-            return fail("expected a value");
+            if (m_p != m_end && (*m_p == '+' || *m_p == '-'))
+                ++m_p;
+            if (!isDigit(m_p, m_end))
+                return fail("malformed number");
+            while (isDigit(m_p, m_end))
+                ++m_p;
+        }
+        if (isDigit(m_p, m_end)) // a leading zero followed by more digits
+            return fail("malformed number");
         const quint32 index = append(Type::Number);
+        if (!index)
+            return false;
         m_nodes[index].begin = quint32(start - m_begin);
         m_nodes[index].length = quint32(m_p - start);
-        double check;
-        const auto result = std::from_chars(start, m_p, check);
-        if (result.ec == std::errc::invalid_argument || result.ptr != m_p)
-            return fail("malformed number");
         return true;
     }
 
@@ -198,6 +242,8 @@ private:
             ++m_p;
         }
         const quint32 index = append(Type::String);
+        if (full() && !index)
+            return 0;
         Node &node = m_nodes[index];
         node.flag = escaped;
         node.begin = quint32(start - m_begin);
@@ -211,6 +257,8 @@ private:
         if (depth > MaxDepth)
             return fail("nesting too deep");
         const quint32 array = append(Type::Array);
+        if (full() && !array)
+            return false;
         ++m_p;
         skipSpace();
         if (m_p != m_end && *m_p == ']') {
@@ -243,11 +291,24 @@ private:
         }
     }
 
+    int compareKeys(quint32 a, quint32 b) const
+    {
+        return compareKey(m_nodes[a],
+                          QByteArrayView(m_begin + m_nodes[b].begin, m_nodes[b].length));
+    }
+    bool keyLess(quint32 a, quint32 b) const { return compareKeys(a, b) < 0; }
+    int compareKey(const Node &key, QByteArrayView text) const
+    {
+        return compareBytes(QByteArrayView(m_begin + key.begin, key.length), text);
+    }
+
     bool parseObject(int depth)
     {
         if (depth > MaxDepth)
             return fail("nesting too deep");
         const quint32 object = append(Type::Object);
+        if (full() && !object)
+            return false;
         ++m_p;
         skipSpace();
         if (m_p != m_end && *m_p == '}') {
@@ -255,6 +316,7 @@ private:
             return true;
         }
         quint32 previous = 0;
+        bool sorted = true;
         while (true) {
             skipSpace();
             if (m_p == m_end || *m_p != '"')
@@ -262,6 +324,8 @@ private:
             const quint32 key = parseString();
             if (!key)
                 return false;
+            sorted = sorted && !m_nodes[key].flag && (!previous || keyLess(previous, key));
+            m_nodes[object].flag = sorted;
             skipSpace();
             if (m_p == m_end || *m_p != ':')
                 return fail("expected ':'");
@@ -300,7 +364,8 @@ std::optional<JsonDocument> JsonDocument::parse(const QByteArray &utf8, QString 
 {
     JsonDocument doc;
     doc.m_source = utf8;
-    doc.m_nodes.reserve(size_t(utf8.size() / 12 + 16));
+    // Pretty-printed files take about sixteen bytes a value.
+    doc.m_nodes.reserve(size_t(utf8.size() / 16 + 16));
     JsonParser parser(doc.m_source, doc.m_nodes);
     if (!parser.parseDocument()) {
         if (error)
@@ -321,13 +386,16 @@ QByteArrayView JsonValue::raw() const
     return QByteArrayView(m_doc->m_source.constData() + n.begin, n.length);
 }
 
-double JsonValue::toDouble() const
+std::optional<double> JsonValue::toFiniteDouble() const
 {
     if (!isNumber())
-        return 0;
+        return std::nullopt;
     const QByteArrayView text = raw();
     double value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    // Beyond what a double holds, in either direction (1e999, 1e-999): no value, never 0.
+    if (result.ec != std::errc() || !std::isfinite(value))
+        return std::nullopt;
     return value;
 }
 
@@ -340,45 +408,78 @@ std::optional<qint64> JsonValue::toInt64() const
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     if (result.ec == std::errc() && result.ptr == text.data() + text.size())
         return value;
-    const double d = toDouble(); // "60.0" or "1e3" still name whole numbers
-    if (std::isfinite(d) && d == std::trunc(d) && std::fabs(d) < 9.2e18)
-        return qint64(d);
+    // "60.0" or "1e3" still name whole numbers; "1e999" names none.
+    const std::optional<double> d = toFiniteDouble();
+    if (d && *d == std::trunc(*d) && std::fabs(*d) < 9.2e18)
+        return qint64(*d);
     return std::nullopt;
 }
 
 namespace {
 
-void appendUtf8(QString &out, QByteArrayView bytes)
+// Converts UTF-8 runs straight into a string's buffer. Unlike QString::fromUtf8 it keeps a
+// byte-order mark at the start of a run: inside a string value it is text (U+FEFF) and must
+// survive a save and a load.
+class Utf8Appender
 {
-    out += QString::fromUtf8(bytes);
+public:
+    explicit Utf8Appender(qsizetype maxUnits)
+        : m_out(maxUnits, Qt::Uninitialized)
+        , m_end(m_out.data())
+    {
+    }
+    void append(QByteArrayView bytes) { m_end = m_decoder.appendToBuffer(m_end, bytes); }
+    void append(QChar unit) { *m_end++ = unit; }
+    QString take()
+    {
+        m_out.truncate(m_end - m_out.constData());
+        return std::move(m_out);
+    }
+
+private:
+    QStringDecoder m_decoder {QStringDecoder::Utf8,
+                              QStringDecoder::Flag::Stateless
+                                  | QStringDecoder::Flag::ConvertInitialBom};
+    QString m_out;
+    QChar *m_end;
+};
+
+QString fromUtf8(QByteArrayView bytes)
+{
+    if (!bytes.startsWith("\xEF\xBB\xBF"))
+        return QString::fromUtf8(bytes);
+    Utf8Appender out(bytes.size());
+    out.append(bytes);
+    return out.take();
 }
 
+// Every escape is shorter than the unit it stands for, and no UTF-8 byte becomes more than one
+// UTF-16 unit: the text's length in bytes bounds the result.
 QString unescape(QByteArrayView text)
 {
-    QString out;
-    out.reserve(text.size());
+    Utf8Appender out(text.size());
     qsizetype runStart = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text[i] != '\\')
             continue;
-        appendUtf8(out, text.sliced(runStart, i - runStart));
+        out.append(text.sliced(runStart, i - runStart));
         ++i;
         const char c = text[i];
         switch (c) {
         case 'n':
-            out += u'\n';
+            out.append(u'\n');
             break;
         case 't':
-            out += u'\t';
+            out.append(u'\t');
             break;
         case 'r':
-            out += u'\r';
+            out.append(u'\r');
             break;
         case 'b':
-            out += u'\b';
+            out.append(u'\b');
             break;
         case 'f':
-            out += u'\f';
+            out.append(u'\f');
             break;
         case 'u': {
             int code = 0;
@@ -386,18 +487,18 @@ QString unescape(QByteArrayView text)
                 const int h = hexValue(text[i + k]);
                 code = code * 16 + (h < 0 ? 0 : h);
             }
-            out += QChar(char16_t(code));
+            out.append(QChar(char16_t(code)));
             i += 4;
             break;
         }
         default:
-            out += QChar::fromLatin1(c);
+            out.append(QChar::fromLatin1(c));
             break; // \" \\ \/
         }
         runStart = i + 1;
     }
-    appendUtf8(out, text.sliced(qMin(runStart, text.size())));
-    return out;
+    out.append(text.sliced(qMin(runStart, text.size())));
+    return out.take();
 }
 
 } // namespace
@@ -406,7 +507,19 @@ QString JsonValue::toString() const
 {
     if (!isString())
         return {};
-    return node().flag ? unescape(raw()) : QString::fromUtf8(raw());
+    return node().flag ? unescape(raw()) : fromUtf8(raw());
+}
+
+QString JsonValue::toSharedString() const
+{
+    constexpr quint32 MaxShared = 64;
+    if (!isString() || node().flag || node().length > MaxShared)
+        return toString();
+    const QByteArrayView text = raw();
+    auto found = m_doc->m_shared.constFind(text);
+    if (found == m_doc->m_shared.constEnd())
+        found = m_doc->m_shared.insert(text, fromUtf8(text));
+    return *found;
 }
 
 std::optional<QByteArrayView> JsonValue::plainUtf8() const
@@ -427,17 +540,55 @@ bool JsonValue::equals(QLatin1StringView text) const
 
 JsonValue JsonValue::operator[](QLatin1StringView key) const
 {
+    quint32 hint = 0;
+    return member(key, &hint);
+}
+
+JsonValue JsonValue::member(QLatin1StringView key, quint32 *hint) const
+{
     if (!isObject())
         return {};
     const auto &nodes = m_doc->m_nodes;
     const char *source = m_doc->m_source.constData();
-    for (quint32 k = node().first; k; k = nodes[k].next) {
+    const auto matches = [&](quint32 k) {
         const JsonDocument::Node &name = nodes[k];
-        const bool same = name.flag ? JsonValue(m_doc, k).toString() == key
-                                    : name.length == quint32(key.size())
+        return name.flag ? JsonValue(m_doc, k).toString() == key
+                         : name.length == quint32(key.size())
                 && std::memcmp(source + name.begin, key.data(), name.length) == 0;
-        if (same)
+    };
+    const quint32 first = node().first;
+    if (node().flag) {
+        // Sorted plain keys: from the member found last, up to the first key beyond this one.
+        const QByteArrayView wanted(key.data(), key.size());
+        const auto order = [&](quint32 k) {
+            return compareBytes(QByteArrayView(source + nodes[k].begin, nodes[k].length), wanted);
+        };
+        quint32 k = *hint ? *hint : first;
+        if (k && order(k) > 0)
+            k = first;
+        for (; k; k = nodes[k].next) {
+            const int o = order(k);
+            if (o == 0) {
+                *hint = k;
+                return JsonValue(m_doc, k + 1);
+            }
+            if (o > 0)
+                break;
+        }
+        return {};
+    }
+    const quint32 start = *hint && nodes[*hint].next ? nodes[*hint].next : first;
+    for (quint32 k = start; k; k = nodes[k].next) {
+        if (matches(k)) {
+            *hint = k;
             return JsonValue(m_doc, k + 1);
+        }
+    }
+    for (quint32 k = first; k && k != start; k = nodes[k].next) {
+        if (matches(k)) {
+            *hint = k;
+            return JsonValue(m_doc, k + 1);
+        }
     }
     return {};
 }

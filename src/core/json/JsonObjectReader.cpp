@@ -27,15 +27,17 @@ QString JsonObjectReader::missingKeyMessage(QLatin1StringView key)
 void JsonObjectReader::typeMismatch(QLatin1StringView key, const char *expected,
                                     const JsonValue &found)
 {
+    // A number that does not fit ("1e999" for a whole number) is named by its text.
     fail(QStringLiteral("Expected %1 for key \"%2\" but found %3")
-             .arg(QLatin1StringView(expected), key, describeJsonType(found)));
+             .arg(QLatin1StringView(expected), key,
+                  found.isNumber() ? found.numberText() : describeJsonType(found)));
 }
 
 JsonValue JsonObjectReader::member(QLatin1StringView key, bool isRequired)
 {
     if (!m_ok)
         return {};
-    const JsonValue value = m_object[key];
+    const JsonValue value = find(key);
     if (!value.isPresent()) {
         if (isRequired)
             fail(missingKeyMessage(key));
@@ -61,6 +63,11 @@ std::optional<QString> stringOf(const JsonValue &v)
     return v.isString() ? std::optional(v.toString()) : std::nullopt;
 }
 
+std::optional<QString> sharedStringOf(const JsonValue &v)
+{
+    return v.isString() ? std::optional(v.toSharedString()) : std::nullopt;
+}
+
 std::optional<bool> booleanOf(const JsonValue &v)
 {
     return v.isBool() ? std::optional(v.toBool()) : std::nullopt;
@@ -73,7 +80,7 @@ std::optional<qint64> int64Of(const JsonValue &v)
 
 std::optional<double> numberOf(const JsonValue &v)
 {
-    return v.isNumber() ? std::optional(v.toDouble()) : std::nullopt;
+    return v.toFiniteDouble();
 }
 
 } // namespace
@@ -96,6 +103,16 @@ QString JsonObjectReader::string(QLatin1StringView key)
     return read(key, true, "a string", stringOf).value_or(QString());
 }
 
+QString JsonObjectReader::sharedString(QLatin1StringView key)
+{
+    return read(key, true, "a string", sharedStringOf).value_or(QString());
+}
+
+std::optional<QString> JsonObjectReader::optionalSharedString(QLatin1StringView key)
+{
+    return read(key, false, "a string", sharedStringOf);
+}
+
 bool JsonObjectReader::boolean(QLatin1StringView key)
 {
     return read(key, true, "a boolean", booleanOf).value_or(false);
@@ -104,6 +121,20 @@ bool JsonObjectReader::boolean(QLatin1StringView key)
 qint64 JsonObjectReader::int64(QLatin1StringView key)
 {
     return read(key, true, "a whole number", int64Of).value_or(0);
+}
+
+qint64 JsonObjectReader::int64(QLatin1StringView key, qint64 min, qint64 max)
+{
+    const std::optional<qint64> value = read(key, true, "a whole number", int64Of);
+    if (value && (*value < min || *value > max)) {
+        fail(QStringLiteral("Expected a whole number from %1 to %2 for key \"%3\" but found %4")
+                 .arg(min)
+                 .arg(max)
+                 .arg(key)
+                 .arg(*value));
+        return 0;
+    }
+    return value.value_or(0);
 }
 
 double JsonObjectReader::number(QLatin1StringView key)
@@ -213,4 +244,18 @@ std::optional<QStringList> JsonObjectReader::optionalStringList(QLatin1StringVie
                     }
                     return list;
                 });
+}
+
+std::optional<QString> outOfRangeDateIn(const JsonValue &value)
+{
+    if (value.isString()) {
+        const QString text = value.toString();
+        return IsoDate::isOutOfRange(text) ? std::optional(text) : std::nullopt;
+    }
+    // Nesting is bounded by the parser.
+    for (const JsonValue element : value.elements()) {
+        if (std::optional<QString> found = outOfRangeDateIn(element))
+            return found;
+    }
+    return std::nullopt;
 }

@@ -112,6 +112,13 @@ JsonWriter::JsonWriter(int baseDepth)
     m_baseDepth = baseDepth;
 }
 
+JsonWriter::JsonWriter(Layout layout)
+    : m_out(layout == Layout::compact ? 256 : 4096, Qt::Uninitialized)
+    , m_cursor(m_out.data())
+    , m_compact(layout == Layout::compact)
+{
+}
+
 char *JsonWriter::grow(qsizetype bytes)
 {
     const qsizetype used = m_cursor - m_out.data();
@@ -135,6 +142,8 @@ char *JsonWriter::newLine(char *out, bool first) const
 {
     if (!first)
         *out++ = ',';
+    if (m_compact)
+        return out;
     *out++ = '\n';
     const size_t indent = size_t(IndentWidth * depth());
     std::memset(out, ' ', indent);
@@ -160,7 +169,7 @@ JsonWriter &JsonWriter::key(QLatin1StringView name)
     Q_ASSERT_X(!m_levels.empty() && m_levels.back().isObject, "JsonWriter",
                "key outside an object");
     Level &level = m_levels.back();
-    Q_ASSERT_X(level.count == 0
+    Q_ASSERT_X(m_compact || level.count == 0
                    || QByteArrayView(level.lastKey) < QByteArrayView(name.data(), name.size()),
                "JsonWriter", "object keys must be written in sorted order");
 #ifndef QT_NO_DEBUG
@@ -171,7 +180,20 @@ JsonWriter &JsonWriter::key(QLatin1StringView name)
     std::memcpy(out, name.data(), size_t(name.size()));
     out += name.size();
     std::memcpy(out, "\": ", 3);
-    trimTo(out + 3);
+    trimTo(out + (m_compact ? 2 : 3));
+    ++level.count;
+    m_keyPending = true;
+    return *this;
+}
+
+JsonWriter &JsonWriter::key(QStringView name)
+{
+    Q_ASSERT_X(!m_levels.empty() && m_levels.back().isObject, "JsonWriter",
+               "key outside an object");
+    Level &level = m_levels.back();
+    trimTo(newLine(grow(2 + IndentWidth * qsizetype(depth())), level.count == 0));
+    appendEscaped(name);
+    put(m_compact ? QByteArrayView(":") : QByteArrayView(": "));
     ++level.count;
     m_keyPending = true;
     return *this;
@@ -188,7 +210,9 @@ void JsonWriter::closeContainer(char bracket)
 {
     Q_ASSERT(!m_levels.empty());
     m_levels.pop_back();
-    char *out = newLine(grow(3 + IndentWidth * qsizetype(depth())), true);
+    char *out = grow(3 + IndentWidth * qsizetype(depth()));
+    if (!m_compact)
+        out = newLine(out, true);
     *out++ = bracket;
     trimTo(out);
 }
@@ -250,8 +274,16 @@ void JsonWriter::null()
     put("null");
 }
 
+void JsonWriter::reportProblem(const QString &problem)
+{
+    if (m_problem.isEmpty() && !problem.isEmpty())
+        m_problem = problem;
+}
+
 void JsonWriter::date(const QDateTime &instant)
 {
+    if (!IsoDate::isWritable(instant))
+        reportProblem(IsoDate::outOfRangeMessage(instant));
     beforeValue();
     char *out = grow(2 + IsoDate::MaxLength);
     *out++ = '"';

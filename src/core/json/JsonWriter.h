@@ -11,10 +11,16 @@
 // Streams pretty-printed JSON, byte for byte what QJsonDocument::toJson(Indented) writes for the
 // same document, without building the document first. Callers write object keys in sorted
 // order (the order QJsonObject keeps); debug builds assert it.
+//
+// The compact layout writes one line without spaces, as QJsonDocument::toJson(Compact) does,
+// with keys in the order they are written: for JSON Lines meant to be read in that order.
 class JsonWriter
 {
 public:
+    enum class Layout { indented, compact };
+
     JsonWriter();
+    explicit JsonWriter(Layout layout);
     // A writer of a fragment that will stand `baseDepth` levels deep in a larger document, so
     // its lines are indented as they will be there (see encoded()).
     explicit JsonWriter(int baseDepth);
@@ -25,8 +31,11 @@ public:
     void beginArray();
     void endArray();
 
-    // The next value belongs to this member of the current object.
+    // The next value belongs to this member of the current object. The name is written as it
+    // is: a plain ASCII name without quotes or backslashes.
     JsonWriter &key(QLatin1StringView name);
+    // The same for a name from the user's data, escaped as a string value is.
+    JsonWriter &key(QStringView name);
 
     void string(QStringView text);
     void boolean(bool value);
@@ -38,7 +47,16 @@ public:
 
     // A value written earlier by a fragment writer of the current depth, spliced in as it is.
     void encoded(QByteArrayView fragment);
+
+    // The first value that could not be written so that it reads back the same (a date outside
+    // the years 0001 to 9999, or an invalid one), or an empty text. Such a value is still
+    // written, so that output meant for people shows it; data files must not be saved then.
+    const QString &problem() const { return m_problem; }
+    void reportProblem(const QString &problem);
     int depth() const { return m_baseDepth + int(m_levels.size()); }
+
+    // Room for this many bytes of output, so that a large document is not copied as it grows.
+    void reserve(qsizetype bytes) { grow(bytes); }
 
     // The finished document (with the trailing newline of a top-level container).
     QByteArray finish();
@@ -69,4 +87,6 @@ private:
     std::vector<Level> m_levels;
     bool m_keyPending = false;
     int m_baseDepth = 0;
+    bool m_compact = false;
+    QString m_problem;
 };

@@ -330,6 +330,23 @@ QString cleanTitle(const QString &text, QList<Range> ranges)
     return joined.mid(first, last - first);
 }
 
+// The start of a long text that the patterns look at, ending between words where it can.
+QString scannedPrefix(const QString &text)
+{
+    if (text.size() <= NaturalDateParser::ScannedLength)
+        return text;
+    qsizetype end = NaturalDateParser::ScannedLength;
+    for (qsizetype i = end; i > end - 32; --i) {
+        if (text.at(i).isSpace()) {
+            end = i;
+            break;
+        }
+    }
+    if (text.at(end - 1).isHighSurrogate())
+        --end;
+    return text.left(end);
+}
+
 } // namespace
 
 std::optional<NaturalDateMatch> NaturalDateParser::parse(const QString &text, const QDateTime &now,
@@ -337,9 +354,12 @@ std::optional<NaturalDateMatch> NaturalDateParser::parse(const QString &text, co
 {
     if (text.isEmpty() || !now.isValid())
         return std::nullopt;
-    const Context context(text, now, zone, keepsPast);
+    // No one types a date after the first few hundred characters: a huge text costs no more
+    // than a long title.
+    const QString scanned = scannedPrefix(text);
+    const Context context(scanned, now, zone, keepsPast);
     // Every time of day holds a digit too.
-    const bool hasDigit = containsDigit(text);
+    const bool hasDigit = containsDigit(scanned);
     const std::optional<DayHit> day = dayHit(context, hasDigit);
     const std::optional<TimeHit> time = hasDigit ? timeOfDay(context, day) : std::nullopt;
 

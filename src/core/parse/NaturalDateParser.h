@@ -16,11 +16,14 @@
 // then counts ("in 3 days"), then weekday names; the first family that finds something wins.
 // All calendar arithmetic happens in `zone` (an invalid zone means the system zone).
 // `keepsPast` keeps a date without a year, or a time without a day, in the past instead of moving
-// it to its next occurrence. Stateless and safe to call from any thread.
+// it to its next occurrence. Only the first ScannedLength characters (up to a word break) are
+// searched; the cleaned title keeps the rest. Stateless and safe to call from any thread.
 class NaturalDateParser
 {
 public:
     NaturalDateParser() = delete;
+
+    static constexpr qsizetype ScannedLength = 256;
 
     static std::optional<NaturalDateMatch> parse(const QString &text, const QDateTime &now,
                                                  const QTimeZone &zone, bool keepsPast);

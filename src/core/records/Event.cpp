@@ -42,6 +42,17 @@ Event Event::created(const QString &title, const QDateTime &now, const QTimeZone
     return event;
 }
 
+bool Event::isTitleTooLong(QStringView title)
+{
+    // Characters, not UTF-16 units: an emoji counts once.
+    if (title.size() <= MaxTitleLength)
+        return false;
+    qsizetype characters = 0;
+    for (const QChar unit : title)
+        characters += unit.isLowSurrogate() ? 0 : 1;
+    return characters > MaxTitleLength;
+}
+
 QTimeZone Event::zone() const
 {
     return zoneOrSystem(timeZone);
@@ -54,33 +65,34 @@ QDateTime Event::effectiveTarget() const
 
 std::optional<Event> Event::fromJson(const JsonValue &value, QString *error)
 {
+    // Members are read in the order the files keep them (sorted), which finds each at once.
     JsonObjectReader reader(value, error);
     Event event;
-    event.schemaVersion = reader.optionalInt64("schemaVersion"_L1).value_or(1);
-    event.id = reader.uuid("id"_L1);
-    event.title = reader.string("title"_L1);
-    event.targetDate = reader.date("targetDate"_L1);
-    event.includeTime = reader.boolean("includeTime"_L1);
-    event.timeZone = reader.string("timeZone"_L1);
-    event.icon = reader.optionalRecord("icon"_L1, IconRef::fromJson);
-    event.createdAt = reader.date("createdAt"_L1);
-    event.reachedAt = reader.optionalDate("reachedAt"_L1);
     event.celebrationAcknowledged = reader.boolean("celebrationAcknowledged"_L1);
-    event.recurrence = reader.optionalRecord("recurrence"_L1, RecurrenceRule::fromJson);
-    event.cycleAnchor = reader.optionalDate("cycleAnchor"_L1);
     event.celebrationEnabled = reader.optionalBoolean("celebrationEnabled"_L1).value_or(false);
-    event.notifyOnReach = reader.optionalBoolean("notifyOnReach"_L1).value_or(false);
-    event.note = reader.optionalString("note"_L1);
-    event.link = reader.optionalString("link"_L1);
-    event.reminderLeadMinutes = normalizedReminderLeads(
-        reader.optionalInt64List("reminderLeadMinutes"_L1).value_or(QList<qint64>()));
+    // A colour this version does not know is no colour, never a broken record.
+    const JsonValue color = reader.value("color"_L1);
+    event.color = color.isString() ? eventColorFromRaw(color.toSharedString()) : std::nullopt;
+    event.createdAt = reader.date("createdAt"_L1);
+    event.cycleAnchor = reader.optionalDate("cycleAnchor"_L1);
     event.direction =
         reader.optionalEnum("direction"_L1, "CountdownDirection", countdownDirectionFromRaw)
             .value_or(CountdownDirection::until);
-    // A colour this version does not know is no colour, never a broken record.
-    const JsonValue color = reader.value("color"_L1);
-    event.color = color.isString() ? eventColorFromRaw(color.toString()) : std::nullopt;
+    event.icon = reader.optionalRecord("icon"_L1, IconRef::fromJson);
+    event.id = reader.uuid("id"_L1);
+    event.includeTime = reader.boolean("includeTime"_L1);
+    event.link = reader.optionalString("link"_L1);
     event.milestonesEnabled = reader.optionalBoolean("milestonesEnabled"_L1).value_or(false);
+    event.note = reader.optionalString("note"_L1);
+    event.notifyOnReach = reader.optionalBoolean("notifyOnReach"_L1).value_or(false);
+    event.reachedAt = reader.optionalDate("reachedAt"_L1);
+    event.recurrence = reader.optionalRecord("recurrence"_L1, RecurrenceRule::fromJson);
+    event.reminderLeadMinutes = normalizedReminderLeads(
+        reader.optionalInt64List("reminderLeadMinutes"_L1).value_or(QList<qint64>()));
+    event.schemaVersion = reader.optionalInt64("schemaVersion"_L1).value_or(1);
+    event.targetDate = reader.date("targetDate"_L1);
+    event.timeZone = reader.sharedString("timeZone"_L1);
+    event.title = reader.string("title"_L1);
     if (!reader.ok())
         return std::nullopt;
     return event;

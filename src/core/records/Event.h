@@ -44,6 +44,10 @@ struct Event
 
     // The schema version new records carry.
     static constexpr qint64 CurrentSchemaVersion = 10;
+    // The longest title a new or renamed event may have, in characters. Titles already in a file
+    // load whatever their length.
+    static constexpr qsizetype MaxTitleLength = 200;
+    static bool isTitleTooLong(QStringView title);
 
     // A record as the user makes one: a fresh id, the current schema version, made at `now`
     // and entered in `zone`. Target, direction and the rest are the caller's to fill.

@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 std::optional<IconRef> IconRef::fromJson(const JsonValue &value, QString *error)
 {
     JsonObjectReader reader(value, error);
-    const QString kind = reader.string("kind"_L1);
-    const QString symbol = reader.string("value"_L1);
+    const QString kind = reader.sharedString("kind"_L1);
+    const QString symbol = reader.sharedString("value"_L1);
     if (!reader.ok())
         return std::nullopt;
     if (kind == "symbol"_L1)

@@ -4,6 +4,7 @@
 #include "json/JsonWriter.h"
 
 #include <algorithm>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -11,8 +12,9 @@ std::optional<KeyCombo> KeyCombo::fromJson(const JsonValue &value, QString *erro
 {
     JsonObjectReader reader(value, error);
     KeyCombo combo;
-    combo.keyCode = quint16(reader.int64("keyCode"_L1));
-    combo.modifierFlags = quint64(reader.int64("modifierFlags"_L1));
+    combo.keyCode = quint16(reader.int64("keyCode"_L1, 0, std::numeric_limits<quint16>::max()));
+    combo.modifierFlags =
+        quint64(reader.int64("modifierFlags"_L1, 0, std::numeric_limits<qint64>::max()));
     return reader.ok() ? std::optional(combo) : std::nullopt;
 }
 
@@ -58,6 +60,39 @@ void CalendarSettings::toJson(JsonWriter &writer) const
     writer.key("includeAllDay"_L1).boolean(includeAllDay);
     writer.key("skipDeclined"_L1).boolean(skipDeclined);
     writer.endObject();
+}
+
+namespace {
+
+// Takes each listed field from `mine` where it differs from `base`.
+template<typename Record, typename... Fields>
+Record mergeFields(const Record &base, const Record &mine, Record theirs, Fields... fields)
+{
+    ((theirs.*fields = mine.*fields != base.*fields ? mine.*fields : theirs.*fields), ...);
+    return theirs;
+}
+
+} // namespace
+
+CalendarSettings CalendarSettings::merged(const CalendarSettings &base,
+                                          const CalendarSettings &mine,
+                                          const CalendarSettings &theirs)
+{
+    using C = CalendarSettings;
+    return mergeFields(base, mine, theirs, &C::disabledCalendarIDs, &C::hasEverChosen,
+                       &C::skipDeclined, &C::includeAllDay, &C::horizonDays);
+}
+
+Settings Settings::merged(const Settings &base, const Settings &mine, const Settings &theirs)
+{
+    using S = Settings;
+    Settings result = mergeFields(
+        base, mine, theirs, &S::schemaVersion, &S::language, &S::theme, &S::launchAtLogin,
+        &S::legacyCelebrationOnReach, &S::legacyNotificationOnReach, &S::menubarTitleLength,
+        &S::menubarStyle, &S::legacyMenubarShowsRemaining, &S::shortcutOverrides, &S::displayFormat,
+        &S::pastSectionExpanded, &S::celebrationConfetti, &S::celebrationSound, &S::appVersion);
+    result.calendars = CalendarSettings::merged(base.calendars, mine.calendars, theirs.calendars);
+    return result;
 }
 
 qint64 Settings::clampedTitleLength(qint64 length)
@@ -140,7 +175,7 @@ void Settings::toJson(JsonWriter &writer) const
     writer.key("schemaVersion"_L1).integer(schemaVersion);
     writer.key("shortcutOverrides"_L1).beginObject();
     for (auto it = shortcutOverrides.cbegin(); it != shortcutOverrides.cend(); ++it) {
-        writer.key(QLatin1StringView(it.key().toLatin1()));
+        writer.key(QStringView(it.key()));
         it.value().toJson(writer);
     }
     writer.endObject();

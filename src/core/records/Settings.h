@@ -35,6 +35,9 @@ struct CalendarSettings
     static CalendarSettings fromJson(const JsonValue &value);
     void toJson(JsonWriter &writer) const;
     bool operator==(const CalendarSettings &) const = default;
+    // Field by field, as Settings::merged().
+    static CalendarSettings merged(const CalendarSettings &base, const CalendarSettings &mine,
+                                   const CalendarSettings &theirs);
 };
 
 // The user's preferences, kept in "settings.json".
@@ -73,4 +76,9 @@ struct Settings
     static std::optional<Settings> fromJson(const JsonValue &value, QString *error);
     void toJson(JsonWriter &writer) const;
     bool operator==(const Settings &) const = default;
+
+    // Two writers that changed the same settings: `theirs` (what another process saved) with
+    // every field that `mine` changed from `base` taken from `mine`. Changes of different fields
+    // both survive; of the same field, mine wins.
+    static Settings merged(const Settings &base, const Settings &mine, const Settings &theirs);
 };

@@ -16,6 +16,8 @@ public:
     // Writes the events as the elements of the array the writer is in, reusing the bytes of
     // every event that is the same as when it was last written. Forgets events no longer listed.
     void writeAll(const QList<Event> &events, JsonWriter &writer);
+    // The bytes of all events kept, as last written.
+    qsizetype encodedBytes() const { return m_encodedBytes; }
 
 private:
     struct Entry
@@ -24,4 +26,5 @@ private:
         QByteArray json;
     };
     QHash<QUuid, Entry> m_entries;
+    qsizetype m_encodedBytes = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/EventPatch.h"
+#include "storage/DataFile.h"
 #include "storage/EncodedEventCache.h"
 #include "storage/FileAccess.h"
 #include "storage/PathProvider.h"
@@ -9,11 +10,15 @@
 #include <QLoggingCategory>
 #include <QObject>
 
+#include <functional>
+
 Q_DECLARE_LOGGING_CATEGORY(lcEventStore)
 
 struct EventStoreError
 {
-    enum class Kind { noEvent, writeFailed };
+    // refused: the change holds something the file cannot keep (a date outside the years 0001
+    // to 9999, a title that is too long); nothing was written.
+    enum class Kind { noEvent, writeFailed, refused };
     Kind kind = Kind::writeFailed;
     QString description;
 
@@ -32,6 +37,14 @@ struct BackupImportCounts
 // The single owner of the user's countdowns, the pin and the per-series calendar choices. Every
 // change is written to "event.json" first and published only once the write succeeded; a failed
 // operation leaves both the file and the published state as they were.
+//
+// The app and any number of `tarrow` commands may write the folder at once. Every change is a
+// read-modify-write under the lock beside the file ("event.json.lock"): when the file changed
+// since this store last read or wrote it, the store takes the new contents in first, then
+// applies its change to them, so no process undoes another's. An outside change is published
+// like any other (the same change signals), by the next operation or by reloadIfChanged(),
+// which the app calls when the folder changes. A file that cannot be read never replaces the
+// store's state; it is kept aside byte for byte before the next save replaces it.
 class EventStore : public QObject
 {
     Q_OBJECT
@@ -61,6 +74,10 @@ public:
 
     bool addEvent(const Event &event, EventStoreError *error = nullptr);
     bool updateEvent(const QUuid &id, const EventPatch &patch, EventStoreError *error = nullptr);
+    // Several patches in one write (the engine stamps all arrivals of a pass at once). Patches of
+    // events that are no longer there (another process deleted them) are left out.
+    bool updateEvents(const QList<std::pair<QUuid, EventPatch>> &patches,
+                      EventStoreError *error = nullptr);
     // Deleting the pinned event also clears the pin.
     bool deleteEvent(const QUuid &id, EventStoreError *error = nullptr);
     bool importBackup(const QList<Event> &events, BackupImportMode mode,
@@ -83,6 +100,10 @@ public:
     // Once, at start-up: the global arrival switches of older versions become per-event ones.
     void migrateReachSignals(bool celebration, bool notification);
 
+    // Takes in a change another process made to "event.json" and publishes it; true when there
+    // was one. An unreadable file is logged and leaves the state as it is.
+    bool reloadIfChanged();
+
 Q_SIGNALS:
     void eventsChanged();
     void pinChanged();
@@ -91,19 +112,25 @@ Q_SIGNALS:
     void keptCalendarSeriesChanged();
     void calendarReachChanged();
     void calendarAnnotationsChanged();
+    // After an outside change was taken in (and published through the signals above).
+    void reloaded();
 
 private:
-    LoadResult load();
-    // Writes `next` and, when that worked, makes it the published state.
-    bool commit(StoreState next, EventStoreError *error);
-    bool commitIfChanged(StoreState next, EventStoreError *error);
-    bool keepUnreadableFileAside(QString *error);
+    // Changes the state in place; false (with the error) to change nothing.
+    using Operation = std::function<bool(StoreState &state, EventStoreError *error)>;
+    enum class Write { always, ifChanged };
+    // One read-modify-write under the lock: takes in an outside change, applies `operation`,
+    // writes, publishes.
+    bool mutate(Write write, const Operation &operation, EventStoreError *error);
+    // A change that cannot fail, written only when it changes something.
+    bool edit(const std::function<void(StoreState &)> &change, EventStoreError *error);
+    // The file's contents when they differ from what this store last read or wrote.
+    std::optional<LoadResult> outsideChange();
     void publish(StoreState next);
 
     const PathProvider &m_paths;
-    FileAccess &m_files;
+    DataFile m_file;
     StoreState m_state;
     EncodedEventCache m_encodedEvents;
     bool m_needsReachSignalMigration = false;
-    bool m_unreadableFileOnDisk = false;
 };

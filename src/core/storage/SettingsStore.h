@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/Settings.h"
+#include "storage/DataFile.h"
 #include "storage/FileAccess.h"
 #include "storage/PathProvider.h"
 
@@ -13,7 +14,11 @@ class LaunchAtLoginController;
 
 // Keeps the user's settings in "settings.json". Loading never writes; every later change is
 // written at once. A file that cannot be decoded gives the defaults until the next change
-// replaces it.
+// replaces it (a copy of it is kept aside first).
+//
+// Like the events file, every save is a read-modify-write under the lock beside the file: a
+// change another process saved meanwhile is taken in, and only the fields this store changed
+// are written over it. reloadIfChanged() takes in an outside change on its own.
 class SettingsStore : public QObject
 {
     Q_OBJECT
@@ -27,14 +32,20 @@ public:
     // The last write of settings.json failed (it is retried by the next change).
     bool lastSaveFailed() const { return m_lastSaveFailed; }
 
+    // Takes in a change another process saved and publishes it; true when there was one. A
+    // file that cannot be read is logged and leaves the settings as they are.
+    bool reloadIfChanged();
+
 Q_SIGNALS:
     void settingsChanged();
 
 private:
-    void save();
+    // The file's settings when they differ from what this store last read or wrote; `atStart`
+    // chooses the messages of the first load.
+    std::optional<Settings> outsideChange(bool atStart);
+    void apply(const Settings &settings);
 
-    const PathProvider &m_paths;
-    FileAccess &m_files;
+    DataFile m_file;
     LaunchAtLoginController *m_launchAtLogin;
     Settings m_settings;
     bool m_lastSaveFailed = false;

@@ -38,9 +38,12 @@ void writeSeriesList(JsonWriter &writer, QLatin1StringView key, const QSet<Calen
 
 } // namespace
 
-QByteArray StoreEnvelope::encode(const StoreState &state, EncodedEventCache *cache)
+QByteArray StoreEnvelope::encode(const StoreState &state, EncodedEventCache *cache,
+                                 QString *problem)
 {
     JsonWriter writer;
+    if (cache) // the events as last written, the calendar state and room for a change
+        writer.reserve(cache->encodedBytes() + cache->encodedBytes() / 16 + 65536);
     writer.beginObject();
     writeAssignments(writer, "calendarAnnotations"_L1, state.calendarAnnotations,
                      [](const CalendarSeriesRef &s, const CalendarAnnotation &a) {
@@ -72,6 +75,8 @@ QByteArray StoreEnvelope::encode(const StoreState &state, EncodedEventCache *cac
     }
     writer.key("schemaVersion"_L1).integer(CurrentSchemaVersion);
     writer.endObject();
+    if (problem)
+        *problem = writer.problem();
     return writer.finish();
 }
 
@@ -82,7 +87,8 @@ std::optional<StoreEnvelope::Decoded> StoreEnvelope::decode(const JsonValue &roo
     decoded.schemaVersion = reader.int64("schemaVersion"_L1);
     if (reader.ok() && !reader.value("events"_L1).isArray())
         reader.fail(JsonObjectReader::missingKeyMessage("events"_L1));
-    decoded.state.events = reader.recordList("events"_L1, Event::fromJson);
+    decoded.state.events = reader.recordListSkippingOutOfRangeDates("events"_L1, Event::fromJson,
+                                                                    &decoded.skippedDates);
 
     // A pin this version cannot read is no pin; the rest of the file still loads.
     const JsonValue pin = reader.value("pin"_L1);
@@ -103,7 +109,8 @@ std::optional<StoreEnvelope::Decoded> StoreEnvelope::decode(const JsonValue &roo
     for (const auto &series :
          reader.recordList("keptCalendarSeries"_L1, CalendarSeriesRef::fromJson))
         decoded.state.keptCalendarSeries.insert(series);
-    for (const auto &a : reader.recordList("calendarReach"_L1, CalendarReachAssignment::fromJson))
+    for (const auto &a : reader.recordListSkippingOutOfRangeDates(
+             "calendarReach"_L1, CalendarReachAssignment::fromJson, &decoded.skippedDates))
         decoded.state.calendarReach.insert(a.series, a.signals_);
     for (const auto &a :
          reader.recordList("calendarAnnotations"_L1, CalendarAnnotationAssignment::fromJson))

@@ -92,6 +92,16 @@ retry 100 bash -c "$(declare -f item_label); item=$item; item_label | grep -q 'D
     fail "the panel does not show the calendar's meeting: $(item_label)"
 echo "Calendar meeting in the panel: $(item_label)"
 
+# A countdown added and pinned from a terminal reaches the running app's panel item and popup.
+label_shows() { [[ "$(item_label)" == *"$1"* ]]; }
+id=$("$tarrow" --data-dir "$data" add "From a terminal" \
+    --date "$(date -u -d '+2 days' +%Y-%m-%dT%H:%M:%SZ)") || fail "could not add from a terminal"
+"$tarrow" --data-dir "$data" pin "$id" || fail "could not pin from a terminal"
+retry 30 label_shows "From a terminal" || fail "the item still shows $(item_label)"
+sleep 1
+"$grab" "$out/e2e-popup-after-command.png" || fail "no screenshot"
+echo "Screenshot: $out/e2e-popup-after-command.png"
+
 # tarrow://settings opens the settings window.
 xdg-open tarrow://settings || fail "xdg-open tarrow://settings failed"
 retry 100 grep -q "Opened the settings window" "$log" || fail "tarrow://settings did not open settings"

@@ -6,7 +6,10 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -55,6 +58,7 @@ private Q_SLOTS:
     void sameBytesAsQt();
     void malformedTextIsRefused_data();
     void malformedTextIsRefused();
+    void hostileTextIsReadAsItShouldBe();
 };
 
 void TestJsonFidelity::sameBytesAsQt_data()
@@ -84,6 +88,8 @@ void TestJsonFidelity::sameBytesAsQt_data()
     strings("non-ASCII text, and emoji beyond the BMP",
             {u"İstanbul çğüş – Straße, 日本語, Ωμέγα"_qs,
              u"🎉 👩‍👩‍👧 𝄞 🏳️‍🌈"_qs});
+    strings("byte-order marks inside strings, first and after an escape",
+            {withUnits({0xfeff, 0xfeff, u'x'}), withUnits({u'\n', 0xfeff})});
     strings("surrogates without their partner",
             {withUnits({0xd83d}), withUnits({0xde00, u'x'}), withUnits({u'a', 0xd800, u'b'})});
 }
@@ -117,6 +123,52 @@ void TestJsonFidelity::malformedTextIsRefused_data()
     row("a misspelt literal", "[tru]");
     row("two documents in a row", "[1] [2]");
     row("arrays nested 1000 deep", nested(1000, "[", "", "]"));
+    row("objects nested one deeper than allowed",
+        nested(JsonDocument::MaxDepth + 1, "{\"k\": ", "1", "}"));
+    row("a number with a leading zero", "[01]");
+    row("a number ending in its point", "[1.]");
+    row("a number starting with its point", "[.5]");
+    row("an exponent without digits", "[1e]");
+    row("a plus sign in front", "[+1]");
+    row("a minus sign alone", "[-]");
+    row("a byte-order mark in the middle", "[1]\xEF\xBB\xBF");
+}
+
+void TestJsonFidelity::hostileTextIsReadAsItShouldBe()
+{
+    // A byte-order mark some editors put in front is skipped.
+    const std::optional<JsonDocument> marked = JsonDocument::parse("\xEF\xBB\xBF{\"a\": 1}");
+    QVERIFY(marked && marked->root()["a"_L1].toInt64() == 1);
+
+    // A number that does not fit is no number at all, never 0.
+    const std::optional<JsonDocument> numbers =
+        JsonDocument::parse("[1e999, -1e999, 1e-999, 9223372036854775808, 2.5, 1e3, -0]");
+    QVERIFY(numbers);
+    QList<std::optional<qint64>> whole;
+    QList<std::optional<double>> real;
+    for (const JsonValue number : numbers->root().elements()) {
+        whole.append(number.toInt64());
+        real.append(number.toFiniteDouble());
+    }
+    const std::optional<qint64> none;
+    QCOMPARE(whole, (QList<std::optional<qint64>> {none, none, none, none, none, 1000, 0}));
+    QCOMPARE(real.mid(0, 3), (QList<std::optional<double>> {none, none, none}));
+    QCOMPARE(real.at(4), 2.5);
+
+    // The writer's compact lines are QJsonDocument's, and names from the user's data are
+    // escaped.
+    JsonWriter compact(JsonWriter::Layout::compact);
+    compact.beginObject();
+    compact.key(u"say \"hi\"\n"_s).beginArray();
+    compact.integer(1);
+    compact.string(u"ü"_s);
+    compact.beginObject();
+    compact.endObject();
+    compact.endArray();
+    compact.endObject();
+    const QByteArray line = compact.finishFragment();
+    QCOMPARE(line, QJsonDocument::fromJson(line).toJson(QJsonDocument::Compact));
+    QCOMPARE(QJsonDocument::fromJson(line).object().keys(), QStringList {u"say \"hi\"\n"_s});
 }
 
 void TestJsonFidelity::malformedTextIsRefused()

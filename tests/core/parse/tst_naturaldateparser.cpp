@@ -60,6 +60,7 @@ private Q_SLOTS:
     void parse();
     void localeMonthNamesAgreeAcrossLanguages();
     void parallelCallsAgree();
+    void onlyTheStartOfALongTextIsScanned();
 };
 
 void TestNaturalDateParser::parse_data()
@@ -214,6 +215,25 @@ void TestNaturalDateParser::parallelCallsAgree()
     const auto together = QtConcurrent::blockingMapped(titles, parse);
     for (qsizetype i = 0; i < titles.size(); ++i)
         QVERIFY(together.at(i) == parse(titles.at(i)));
+}
+
+void TestNaturalDateParser::onlyTheStartOfALongTextIsScanned()
+{
+    // Megabytes of text cost what a long title costs; a date near the start is still found and
+    // the rest of the text stays in the title.
+    const QString filler = u" lorem ipsum"_qs.repeated(100000);
+    const auto found = NaturalDateParser::parse(u"dentist tomorrow at 3pm"_qs + filler, wednesday,
+                                                istanbul, false);
+    QVERIFY(found && found->includeTime);
+    QCOMPARE(found->cleanedTitle, u"dentist"_qs + filler);
+
+    // Past the first ScannedLength characters nothing is looked for, and a word that the limit
+    // would cut is left out whole rather than read in part ("at 30" is no "at 3").
+    QString plain = u"x"_qs.repeated(NaturalDateParser::ScannedLength - 5);
+    QVERIFY(!NaturalDateParser::parse(plain + u" lorem tomorrow"_qs, wednesday, istanbul, false));
+    QVERIFY(!NaturalDateParser::parse(plain + u" at 30th street"_qs, wednesday, istanbul, false));
+    QVERIFY(
+        NaturalDateParser::parse(plain.left(200) + u" tomorrow"_qs, wednesday, istanbul, false));
 }
 
 QTEST_GUILESS_MAIN(TestNaturalDateParser)

@@ -71,6 +71,7 @@ class TestRecords : public QObject
 private Q_SLOTS:
     void isoDates_data();
     void isoDates();
+    void unwritableDatesAreReportedByTheWriter();
     void minimalEventTakesDefaultsAndWritesOnlyWhatIsSet();
     void eventDecoding_data();
     void eventDecoding();
@@ -95,6 +96,15 @@ void TestRecords::isoDates_data()
     row("The 30th of February is refused", "2026-02-30T08:00:00Z", -1);
     row("No zone is refused", "2026-03-01T08:00:00", -1);
     row("Text after the zone is refused", "2026-03-01T08:00:00Zx", -1);
+    // Four-digit years only: the first and last instant the files hold, and what older versions
+    // wrote beyond them (-2: refused as out of range, which a loader tells apart).
+    row("The first instant of the year 0001", "0001-01-01T00:00:00Z", IsoDate::MinMSecs);
+    row("The last instant of the year 9999", "9999-12-31T23:59:59.999Z", IsoDate::MaxMSecs);
+    row("The year 10000 as older versions wrote it", "10000-01-01T04:30:00.000Z", -2);
+    row("A year before 0001 as older versions wrote it", "-0001-12-31T00:00:00.000Z", -2);
+    row("The year 0000", "0000-06-01T00:00:00Z", -2);
+    row("An offset that carries 9999 into 10000 in UTC", "9999-12-31T23:30:00-05:00", -2);
+    row("An offset that carries 0001 back into 0000", "0001-01-01T00:30:00+01:00", -2);
 }
 
 void TestRecords::isoDates()
@@ -102,7 +112,23 @@ void TestRecords::isoDates()
     QFETCH(QString, text);
     QFETCH(qint64, msecs);
     const std::optional<QDateTime> parsed = IsoDate::parse(QStringView(text));
-    QCOMPARE(parsed ? parsed->toMSecsSinceEpoch() : -1, msecs);
+    QCOMPARE(parsed ? parsed->toMSecsSinceEpoch() : IsoDate::isOutOfRange(text) ? -2 : -1, msecs);
+    if (parsed) // what reads also writes, and back
+        QCOMPARE(IsoDate::parse(QStringView(IsoDate::format(*parsed))), parsed);
+}
+
+void TestRecords::unwritableDatesAreReportedByTheWriter()
+{
+    Event event = fullEvent();
+    JsonWriter fine;
+    event.toJson(fine);
+    QVERIFY(fine.problem().isEmpty());
+    event.targetDate = QDateTime::fromMSecsSinceEpoch(IsoDate::MaxMSecs + 1, Qt::UTC);
+    JsonWriter beyond;
+    event.toJson(beyond);
+    QCOMPARE(beyond.problem(),
+             QStringLiteral("10000-01-01T00:00:00.000Z is outside the years 0001 "
+                            "to 9999 that the data files can hold"));
 }
 
 void TestRecords::minimalEventTakesDefaultsAndWritesOnlyWhatIsSet()
@@ -148,6 +174,15 @@ void TestRecords::eventDecoding_data()
     row("A missing title fails the record", eventJson().replace(R"("title": "Trip",)", ""),
         "fails");
     row("An id that is no UUID fails the record", eventJson().replace("6F1C9E0A", "nope"), "fails");
+    // A number that does not fit its field is an error, never 0 or a wrapped value.
+    row("A schema version beyond any number fails the record",
+        eventJson(R"("schemaVersion": 1e999)"), "fails");
+    row("A schema version beyond 64 bits fails the record",
+        eventJson(R"("schemaVersion": 9223372036854775808)"), "fails");
+    row("A reminder lead of a fraction fails the record",
+        eventJson(R"("reminderLeadMinutes": [15, 2.5])"), "fails");
+    row("A whole number written with an exponent is fine", eventJson(R"("schemaVersion": 1e1)"),
+        "");
 }
 
 void TestRecords::eventDecoding()

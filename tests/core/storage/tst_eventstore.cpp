@@ -49,6 +49,7 @@ private Q_SLOTS:
     void failuresLoseNothingAndPublishNothing();
     void pinRules();
     void calendarReachRoundTripsAndAnEmptyOneIsDropped();
+    void aFileFoundByFuzzingLoadsSavesAndLoadsTheSame();
 
 private:
     std::unique_ptr<TempPathProvider> m_paths;
@@ -150,11 +151,16 @@ void TestEventStore::failuresLoseNothingAndPublishNothing()
     m_files.failReads = m_files.failCopies = true;
     QTest::ignoreMessage(QtCriticalMsg, "Failed to read event.json: Permission denied");
     EventStore unread(*m_paths, m_files);
-    m_files.failReads = false;
     EventStoreError error;
     QVERIFY(!unread.addEvent(makeEvent("New", "2026-05-01T10:00:00Z"), &error));
     QVERIFY(error.description.contains(u"unreadable event.json"));
     QVERIFY(unread.events().isEmpty());
+    // Once it can be read, the next change is made to what it holds.
+    m_files.failReads = m_files.failCopies = false;
+    QVERIFY(unread.addEvent(makeEvent("New", "2026-05-01T10:00:00Z"), &error));
+    QCOMPARE(unread.events().size(), 2);
+    QVERIFY(installFixture(file, m_paths->supportDirectory()));
+    m_files.failCopies = true;
 
     // A write that fails changes nothing in memory and tells no one.
     m_files.failWrites = true;
@@ -209,6 +215,17 @@ void TestEventStore::calendarReachRoundTripsAndAnEmptyOneIsDropped()
     // An entry with nothing chosen says no more than a missing one.
     QVERIFY(store.setCalendarReach(Standup, CalendarReachSignals()));
     QVERIFY(EventStore(*m_paths, m_files).calendarReach().isEmpty());
+}
+
+void TestEventStore::aFileFoundByFuzzingLoadsSavesAndLoadsTheSame()
+{
+    // A calendar id "\t\uFEFF": the byte-order mark after an escape was dropped by each load.
+    const QString file = QStringLiteral("events/fuzz-byte-order-mark-after-an-escape.json");
+    QVERIFY(installFixture(file, m_paths->supportDirectory()));
+    EventStore store(*m_paths, m_files);
+    QVERIFY(store.calendarIcons().firstKey().calendarID.contains(QStringLiteral("\t\uFEFF")));
+    QVERIFY(store.addEvent(makeEvent("New", "2026-05-01T10:00:00Z")));
+    QCOMPARE(EventStore(*m_paths, m_files).state(), store.state());
 }
 
 QTEST_GUILESS_MAIN(TestEventStore)

@@ -2,12 +2,15 @@
 // length, saving on every change and never on load, and what a bad file or a failed save leaves.
 #include "storage/SettingsStore.h"
 #include "json/JsonDocument.h"
+#include "json/JsonWriter.h"
 
 #include "support/FaultyFileAccess.h"
 #include "support/Fixtures.h"
 
 #include <QSignalSpy>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 class TestSettings : public QObject
 {
@@ -75,7 +78,7 @@ private Q_SLOTS:
         QVERIFY(m_files.writeAtomically(m_paths->settingsFile(), R"({"language": 5})", &error));
         QTest::ignoreMessage(QtCriticalMsg,
                              "Failed to decode settings.json - using defaults: "
-                             R"(Expected a string for key "language" but found a number)");
+                             R"(Expected a string for key "language" but found 5)");
         SettingsStore store(*m_paths, m_files);
         QCOMPARE(store.settings(), Settings());
         Settings next = store.settings();
@@ -91,6 +94,24 @@ private Q_SLOTS:
         store.setSettings(next);
         QCOMPARE(store.settings().menubarTitleLength, 24);
         QVERIFY(store.lastSaveFailed());
+    }
+
+    void whatLoadsSavesAndLoadsTheSame()
+    {
+        // Found by fuzzing: byte-order marks at the start of a string value are text, and were
+        // dropped one per load.
+        const QByteArray found = fixtureBytes(u"settings/fuzz-byte-order-marks-in-a-string.json"_s);
+        for (const QByteArray &bytes : {found,
+                                        QByteArray("{\"appVersion\": \"\xEF\xBB\xBF\xEF\xBB\xBF"
+                                                   "1.0\"}")}) {
+            const std::optional<Settings> loaded =
+                Settings::fromJson(JsonDocument::parse(bytes)->root(), nullptr);
+            QVERIFY(loaded && loaded->appVersion.contains(u"\uFEFF\uFEFF"_s));
+            JsonWriter writer;
+            loaded->toJson(writer);
+            QCOMPARE(Settings::fromJson(JsonDocument::parse(writer.finish())->root(), nullptr),
+                     loaded);
+        }
     }
 
     void init()
