@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Renders the popup (a mixed list, the editor, a calendar event, the empty list, the welcome page)
-# and the settings window in the five languages, light and dark, on a private Xvfb display:
+# and the settings window in the five languages, light and dark, on a private Xvfb display, and
+# the panel with the popup open (en-panel.png, from the end-to-end test's desktop):
 #   docs/screenshots.sh [BUILD_DIR] [OUT_DIR]
 # BUILD_DIR defaults to build/dev (it needs the tarrow_popup_shots target), OUT_DIR to
 # docs/screenshots. The pictures the README shows are among them; run this after changing the look
@@ -11,7 +12,7 @@ build=${1:-build/dev}
 out=${2:-docs/screenshots}
 shots="$build/tests/ui/tarrow_popup_shots"
 
-cmake --build "$build" --target tarrow_popup_shots >/dev/null
+cmake --build "$build" --target tarrow_popup_shots tarrow tarrow_screen_grab >/dev/null
 command -v Xvfb >/dev/null || { echo "screenshots.sh: Xvfb is missing (apt install xvfb)" >&2; exit 1; }
 mkdir -p "$out"
 
@@ -32,3 +33,13 @@ for language in en tr de es fr; do
         "$shots" "$out" "$language" "$theme" 2>/dev/null | sed 's/^/  /'
     done
 done
+
+# The panel and the popup as a person sees them: the end-to-end test's desktop (xfce4-panel on
+# Xvfb) after it has added and pinned a countdown.
+if env -u DISPLAY tests/app/e2e/run-e2e.sh panel "$build/src/app/tarrow" \
+    "$build/tests/app/tarrow_screen_grab" "$PWD" "$work/e2e" >"$work/e2e.log" 2>&1; then
+    cp "$work/e2e/e2e-pinned.png" "$out/en-panel.png"
+    echo "  $out/en-panel.png"
+else
+    echo "screenshots.sh: no picture of the panel: $(tail -n 3 "$work/e2e.log")" >&2
+fi

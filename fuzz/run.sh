@@ -3,10 +3,10 @@
 # seeded from the test fixtures. Findings land in build/fuzz/artifacts/TARGET/; keep each crashing
 # input as a regression fixture under tests/fixtures with a test that loads it.
 #   cmake --preset fuzz && cmake --build --preset fuzz
-#   fuzz/run.sh events_file|settings_file|natural_date [SECONDS (default 1800)]
+#   fuzz/run.sh events_file|settings_file|natural_date|backup_archive|ics_calendar [SECONDS (default 1800)]
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-target=${1:?usage: fuzz/run.sh events_file|settings_file|natural_date [SECONDS]}
+target=${1:?usage: fuzz/run.sh events_file|settings_file|natural_date|backup_archive|ics_calendar [SECONDS]}
 seconds=${2:-1800}
 build=$root/build/fuzz
 binary=$build/fuzz/fuzz_$target
@@ -19,6 +19,25 @@ options=(-dict="$root/fuzz/json.dict" -max_len=65536)
 case $target in
     events_file) cp "$root"/tests/fixtures/events/*.json "$seeds"/ ;;
     settings_file) cp "$root"/tests/fixtures/settings/*.json "$seeds"/ ;;
+    backup_archive)
+        # The events of each events fixture, as a backup of them.
+        python3 - "$root"/tests/fixtures/events/*.json "$seeds" <<'PY'
+import json, os, sys
+for path in sys.argv[1:-1]:
+    try:
+        events = json.load(open(path, encoding='utf-8-sig')).get('events')
+    except (ValueError, AttributeError):
+        continue
+    if isinstance(events, list):
+        archive = {'events': events, 'exportedAt': '2026-01-01T00:00:00.000Z',
+                   'kind': 'org.tarrow.Tarrow.backup', 'version': 1}
+        json.dump(archive, open(os.path.join(sys.argv[-1], os.path.basename(path)), 'w'), indent=2)
+PY
+        ;;
+    ics_calendar)
+        cp "$root"/tests/fixtures/calendars/*.ics "$seeds"/
+        options=(-dict="$root/fuzz/ics.dict" -max_len=65536)
+        ;;
     natural_date)
         # One seed per phrase: an options byte, eight bytes of instant, the text.
         n=0
@@ -31,5 +50,7 @@ case $target in
     *) echo "unknown target $target" >&2; exit 2 ;;
 esac
 
+# Refusals are logged; at fuzzing speed the log would cost more than the code under test.
+export QT_LOGGING_RULES="*=false"
 exec nice -n 19 "$binary" "${options[@]}" -max_total_time="$seconds" -timeout=10 \
     -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$artifacts/" "$corpus" "$seeds"

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 #include <QQuickWindow>
 #include <QSocketNotifier>
 #include <QStandardPaths>
@@ -110,6 +111,18 @@ TrayLaunchOptions TrayLaunchOptions::parse(const QStringList &arguments)
     return options;
 }
 
+QString TrayLaunchOptions::usage()
+{
+    return QStringLiteral(
+        "Options:\n"
+        "  tarrow [--data-dir DIR] [LINK]  start it, or open the popup of the running one\n"
+        "  tarrow --toggle-popup           show or hide the popup\n"
+        "  tarrow --new-countdown          open the popup ready for a new countdown\n"
+        "  tarrow --autostart              start hidden, as the desktop does at login\n"
+        "  tarrow --reset-onboarding       show the welcome page again\n"
+        "  tarrow --version                print the version\n");
+}
+
 int runTrayApplication(int argc, char **argv)
 {
     if (!hasGraphicalSession(QProcessEnvironment::systemEnvironment())) {
@@ -121,7 +134,11 @@ int runTrayApplication(int argc, char **argv)
     QCoreApplication::setOrganizationName(QStringLiteral("tarrow"));
     QCoreApplication::setApplicationName(QStringLiteral("tarrow"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARROW_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("tarrow"));
+    // The desktop entry and the icon are installed under the app's id; Wayland compositors find
+    // both through it. A build that is not installed shows the icon compiled in.
+    QGuiApplication::setDesktopFileName(QStringLiteral(TARROW_APP_ID));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(TARROW_APP_ID),
+                                                 QIcon(QStringLiteral(":/tarrow/tarrow.svg"))));
     QApplication::setQuitOnLastWindowClosed(false);
     // The popup is a small list: drawn in software it loads no GL driver, whose libraries would
     // stay resident for the life of the process once the popup had opened. QT_QUICK_BACKEND

@@ -24,4 +24,6 @@ struct TrayLaunchOptions
 
     // `arguments` without the program name, Qt's own options already removed.
     static TrayLaunchOptions parse(const QStringList &arguments);
+    // The options above as `tarrow help` lists them, one "  --option  what it does" line each.
+    static QString usage();
 };

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QTextStream>
 
+#include <cstdio>
 #include <memory>
 
 namespace {
@@ -16,6 +17,17 @@ QStringList argumentsOf(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     return arguments;
+}
+
+bool isHelpRequest(const QStringList &arguments)
+{
+    const QString command = Cli::commandName(arguments);
+    return command.isEmpty() || command == u"help" || command == u"--help" || command == u"-h";
+}
+
+bool isVersionRequest(const QStringList &arguments)
+{
+    return arguments.size() == 1 && arguments.first() == u"--version";
 }
 
 // Commands draw with fonts only when they render images; the rest need no GUI at all.
@@ -39,7 +51,11 @@ int runCommandLine(int argc, char **argv, const QStringList &arguments)
     QTextStream err(stderr);
     QTextStream in(stdin);
     const SystemClock clock;
-    return Cli::run(arguments, clock, out, err, in);
+    const int code = Cli::run(arguments, clock, out, err, in);
+    // The commands' usage comes from the command line; the options are the tray application's.
+    if (code == 0 && isHelpRequest(arguments))
+        out << '\n' << TrayLaunchOptions::usage() << Qt::flush;
+    return code;
 }
 
 } // namespace
@@ -47,6 +63,10 @@ int runCommandLine(int argc, char **argv, const QStringList &arguments)
 int main(int argc, char **argv)
 {
     const QStringList arguments = argumentsOf(argc, argv);
+    if (isVersionRequest(arguments)) {
+        std::fputs("tarrow " TARROW_VERSION "\n", stdout);
+        return 0;
+    }
     if (Cli::wantsCommandLine(arguments))
         return runCommandLine(argc, argv, arguments);
     return runTrayApplication(argc, argv);

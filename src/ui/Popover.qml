@@ -23,6 +23,11 @@ Window {
 
     width: Theme.popupWidth
     height: Theme.popupHeight
+    // A fixed size: tiling Wayland compositors (sway) float such a window instead of tiling it.
+    minimumWidth: Theme.popupWidth
+    maximumWidth: Theme.popupWidth
+    minimumHeight: Theme.popupHeight
+    maximumHeight: Theme.popupHeight
     title: "Tarrow"
     color: palette.window
     PaletteBinding {

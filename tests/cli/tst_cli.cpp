@@ -1,13 +1,17 @@
 // The tarrow command line against real data folders: what it prints, what it writes, and that a
-// wrong argument, an unknown id or an unwritable folder changes nothing. Also `parse` (one JSON
-// line per text, or per request line with --jsonl) and `render-chip` (the menu bar chip as a PNG).
+// wrong argument, an unknown id or an unwritable folder changes nothing; `parse --jsonl`; the
+// automation (`create|next|time-until`, `export|import`) without the app and through a running
+// app on a private session bus; and `status --follow` across an arrival and through the app.
 #include "cli/Cli.h"
-#include "platform/tray/ChipRenderer.h"
-
+#include "cli/StatusFollower.h"
+#include "storage/EventStore.h"
 #include "support/FakeClock.h"
+#include "support/FakeTickScheduler.h"
 #include "support/Fixtures.h"
+#include "support/ItemFixtures.h"
+#include "support/PrivateSessionBus.h"
+#include "support/TarrowProcess.h"
 
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -25,6 +29,14 @@ struct Result
     QString out, err;
 };
 
+// A countdown that celebrates its arrival, so it holds the panel once it has arrived.
+Event celebrating(const QString &title, const QDateTime &target)
+{
+    Event event = Fixture::countdown(title, target);
+    event.celebrationEnabled = true;
+    return event;
+}
+
 } // namespace
 
 class TestCli : public QObject
@@ -32,10 +44,18 @@ class TestCli : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        // The command line asks the session bus whether an app runs: this test's own bus.
+        if (!m_bus.start())
+            QSKIP("dbus-daemon is not available");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8());
+    }
     void init()
     {
         m_dir = std::make_unique<QTemporaryDir>();
-        m_clock.set(QDateTime(QDate(2026, 11, 22), QTime(10, 0), Qt::UTC));
+        QVERIFY(QDir().mkpath(folder()));
+        m_clock.set(Fixture::at("2026-11-22T10:00:00Z")); // 13:00 in Istanbul
     }
     void addListPinRemove();
     void calendarsJoinTheListAndTheStatus();
@@ -43,41 +63,40 @@ private Q_SLOTS:
     void refusals();
     void olderFoldersComeOutInTheCurrentForm_data();
     void olderFoldersComeOutInTheCurrentForm();
-    void onlyCommandsGoToTheCommandLine_data();
-    void onlyCommandsGoToTheCommandLine();
-    void parseAnswersTheTextOrEveryInputLine();
+    void parseAnswersEveryInputLine();
     void titlesArePrintedWithTheirControlCharactersEscaped();
-    void renderChipDrawsTheDataFolder();
+    void intentsAndBackupsActOnTheFolderWithoutTheApp();
+    void followPrintsALineAtEachChange();
+    void withTheAppRunningTheAppAnswers();
 
 private:
-    // `tarrow --data-dir <a fresh folder> ARGUMENTS` with `input` on stdin.
-    Result run(const QStringList &arguments, QString input = {});
-    QByteArray eventFile() const { return readFile(m_dir->filePath("event.json")); }
+    // `tarrow --data-dir FOLDER ARGUMENTS` (this test's folder unless given) with `input` on stdin.
+    Result run(const QStringList &arguments, const QString &folder = {}, QString input = {})
+    {
+        Result result;
+        QTextStream out(&result.out), err(&result.err), in(&input, QIODevice::ReadOnly);
+        result.code = Cli::run(
+            QStringList {"--data-dir", folder.isEmpty() ? this->folder() : folder} + arguments,
+            m_clock, out, err, in);
+        out.flush();
+        err.flush();
+        return result;
+    }
+    QString folder() const { return m_dir->filePath(u"data"_s); }
+    QByteArray eventFile() const { return readFile(folder() + u"/event.json"_s); }
 
+    PrivateSessionBus m_bus;
     std::unique_ptr<QTemporaryDir> m_dir;
     FakeClock m_clock;
 };
 
-Result TestCli::run(const QStringList &arguments, QString input)
-{
-    Result result;
-    QTextStream out(&result.out), err(&result.err), in(&input, QIODevice::ReadOnly);
-    result.code =
-        Cli::run(QStringList {"--data-dir", m_dir->path()} + arguments, m_clock, out, err, in);
-    out.flush();
-    err.flush();
-    return result;
-}
-
 void TestCli::addListPinRemove()
 {
-    const Result added = run({"add", "dentist tomorrow at 3pm", "--time-zone", "America/New_York"});
-    QCOMPARE(added.code, 0);
-    const QString id = added.out.trimmed();
+    const QString id =
+        run({"add", "dentist tomorrow at 3pm", "--time-zone", "America/New_York"}).out.trimmed();
     QCOMPARE(run({"add", "Quit smoking", "--date", "2026-01-01T08:00", "--since"}).code, 0);
     QCOMPARE(run({"add", "Café ☕", "--date", "2026-12-01"}).code, 0);
     QCOMPARE(run({"pin", id}).code, 0);
-    QVERIFY(eventFile().contains("\"pinnedEventID\""));
 
     // Each event's date in its own zone; the ids printed first are the ones `pin` takes.
     QString listed = run({"list"}).out;
@@ -99,43 +118,25 @@ void TestCli::addListPinRemove()
 
 void TestCli::calendarsJoinTheListAndTheStatus()
 {
-    // Half an hour after the clock a meeting; before it one the user declined; an all-day event.
+    // Half an hour after the clock a meeting, and an all-day event the list leaves out.
     QFile ics(m_dir->filePath("work.ics"));
     QVERIFY(ics.open(QIODevice::WriteOnly));
     ics.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//t//EN\r\n"
               "BEGIN:VEVENT\r\nUID:review\r\nDTSTART;TZID=Europe/Istanbul:20261122T133000\r\n"
               "DTEND;TZID=Europe/Istanbul:20261122T140000\r\nSUMMARY:Design review\r\n"
               "LOCATION:https://acme.zoom.us/j/42\r\nEND:VEVENT\r\n"
-              "BEGIN:VEVENT\r\nUID:sync\r\nDTSTART:20261122T101500Z\r\nSUMMARY:Sync\r\n"
-              "ATTENDEE;PARTSTAT=DECLINED:mailto:me@example.com\r\nEND:VEVENT\r\n"
               "BEGIN:VEVENT\r\nUID:fair\r\nDTSTART;VALUE=DATE:20261123\r\nSUMMARY:Fair\r\n"
               "END:VEVENT\r\nEND:VCALENDAR\r\n");
     ics.close();
 
-    const Result added = run({"calendars", "add", ics.fileName(), "--title", "Work"});
-    QCOMPARE(added.code, 0);
-    QVERIFY2(added.err.isEmpty(), qPrintable(added.err));
-    const QString id = added.out.trimmed();
+    const QString id = run({"calendars", "add", ics.fileName(), "--title", "Work"}).out.trimmed();
     QCOMPARE(run({"calendars", "list"}).out,
              u"%1  Work  %2  on  ok, read 2026-11-22 13:00\n"_s.arg(id, ics.fileName()));
-    const QJsonObject listed =
-        QJsonDocument::fromJson(run({"calendars", "list", "--json"}).out.toUtf8()).object();
-    QCOMPARE(listed["calendars"][0]["subscription"].toString(), id);
-    QCOMPARE(listed["calendars"][0]["kind"].toString(), u"onThisMac"_s);
-    QCOMPARE(listed["calendars"][0]["status"]["problem"].toString(), u"none"_s);
-
-    // Until the user's address is known, the declined sync counts as anyone's meeting.
-    QCOMPARE(run({"status"}).out.section(u'\n', 0, 0), u"holder: Sync"_s);
-    QCOMPARE(run({"calendars", "addresses", "ME@example.com"}).out, u"me@example.com\n"_s);
     QCOMPARE(run({"status"}).out.section(u'\n', 0, 1),
              u"holder: Design review\njoin: https://acme.zoom.us/j/42"_s);
     QCOMPARE(
         run({"list"}).out,
         u"Work  2026-11-22 13:30  until  30m  Design review  join https://acme.zoom.us/j/42\n"_s);
-    const QJsonArray json = QJsonDocument::fromJson(run({"list", "--json"}).out.toUtf8()).array();
-    QCOMPARE(json.size(), 1);
-    QCOMPARE(json[0]["kind"].toString(), u"calendarOccurrence"_s);
-    QCOMPARE(json[0]["meetingURL"].toString(), u"https://acme.zoom.us/j/42"_s);
 
     QCOMPARE(run({"calendars", "remove", id.left(8)}).code, 0);
     QCOMPARE(run({"list"}).out, QString());
@@ -157,25 +158,10 @@ void TestCli::refusals_data()
     row("A malformed id", {"remove", "42"}, "is not an event id");
     row("An unknown id", {"pin", "6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11"}, "No event with id");
     row("An unknown command", {"frobnicate"}, "unknown command");
-    row("A calendar that is neither a file nor a web link", {"calendars", "add", "ftp://h/c.ics"},
-        "only iCalendar files and http, https or webcal links");
-    row("An unknown calendar id", {"calendars", "remove", "abcd1234"}, "no added calendar");
-    row("An address that is none", {"calendars", "addresses", "me at home"},
-        "is not an e-mail address");
-    row("A malformed instant to parse from", {"parse", "tomorrow", "--now", "next tuesday"},
-        "\"next tuesday\" is not an instant");
-    row("An unknown chip style", {"render-chip", "--out", "FILE/c.png", "--style", "huge"},
-        "unknown style \"huge\"");
     row("A date that is in the year 10000 in UTC",
         {"add", "far", "--date", "9999-12-31T23:30", "--time-zone", "America/New_York"},
         "\"9999-12-31T23:30\" is 10000-01-01T04:30:00.000Z in UTC, outside the years 0001 to "
         "9999");
-    row("A year before 0001", {"add", "old", "--date", "-0001-12-31T00:00:00Z"},
-        "outside the years 0001 to 9999");
-    row("An instant beyond 9999 to run the menu bar at",
-        {"status", "--now", "9999-12-31T23:59:59-05:00"}, "outside the years 0001 to 9999");
-    row("A title longer than 200 characters", {"add", QString(201, u'x'), "--date", "2026-12-01"},
-        "the title is longer than 200 characters");
     // A folder inside a regular file cannot be made, not even by root.
     row("A data folder that cannot be made",
         {"--data-dir", "FILE/tarrow", "add", "x", "--date", "2026-12-01"}, "could not save");
@@ -215,7 +201,7 @@ void TestCli::olderFoldersComeOutInTheCurrentForm()
     QFETCH(QString, events);
     QFETCH(QString, settings);
     QFETCH(bool, celebrate);
-    QVERIFY(installFixture(events, m_dir->path()) && installFixture(settings, m_dir->path()));
+    QVERIFY(installFixture(events, folder()) && installFixture(settings, folder()));
     QCOMPARE(run({"list"}).code, 0);
 
     const QJsonObject file = QJsonDocument::fromJson(eventFile()).object();
@@ -226,45 +212,16 @@ void TestCli::olderFoldersComeOutInTheCurrentForm()
         QVERIFY(event["notifyOnReach"].toBool());
     }
     // The settings file is read, never rewritten by opening the folder.
-    QCOMPARE(readFile(m_dir->filePath("settings.json")), fixtureBytes(settings));
+    QCOMPARE(readFile(folder() + u"/settings.json"_s), fixtureBytes(settings));
 }
 
-void TestCli::onlyCommandsGoToTheCommandLine_data()
+void TestCli::parseAnswersEveryInputLine()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("commandLine");
-    const auto row = [](const char *name, const QStringList &arguments, bool commandLine) {
-        QTest::newRow(name) << arguments << commandLine;
-    };
-    row("No arguments start the app", {}, false);
-    row("A link starts the app", {"tarrow://open"}, false);
-    row("A login launch starts the app", {"--autostart"}, false);
-    row("A data folder alone starts the app", {"--data-dir", "/tmp/x"}, false);
-    row("A command with a data folder", {"--data-dir", "/tmp/x", "list"}, true);
-    row("A mistyped command is reported", {"lsit"}, true);
-}
-
-void TestCli::onlyCommandsGoToTheCommandLine()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(bool, commandLine);
-    QCOMPARE(Cli::wantsCommandLine(arguments), commandLine);
-}
-
-void TestCli::parseAnswersTheTextOrEveryInputLine()
-{
-    // A passed time stays on the day with --keeps-past; quotes in the title are escaped.
-    QCOMPARE(run({"parse", "\"Dune\" at 9", "--now", "2026-06-10T10:00:00Z", "--time-zone",
-                  "Europe/Berlin", "--keeps-past"})
-                 .out,
-             uR"({"date":"2026-06-10T07:00:00.000Z","includeTime":true,"cleanedTitle":"\"Dune\""}
-)"_s);
-
-    // One answer per request line, in order, errors included; a blank line is no request.
-    m_clock.set(QDateTime(QDate(2026, 6, 3), QTime(10, 0), Qt::UTC));
+    // One answer per request line, in order, errors included; a blank line is no request;
+    // quotes in a title are escaped.
     const Result result = run(
-        {"parse", "--jsonl"},
-        uR"({"text":"dentist – tomorrow, at 9","now":"2026-10-31T10:00:00Z","tz":"America/New_York"}
+        {"parse", "--jsonl"}, {},
+        uR"({"text":"\"Dentist\" – tomorrow, at 9","now":"2026-10-31T10:00:00Z","tz":"America/New_York"}
 {"text": "broken"
 {"text":"anniversaire le 1er mai","tz":"Europe/Paris","keepsPast":true}
 
@@ -272,8 +229,9 @@ void TestCli::parseAnswersTheTextOrEveryInputLine()
 {"text":"buy milk"}
 {"text":"Kino morgen um 20.15 Uhr","now":"yesterday"}
 )"_s);
-    QCOMPARE(result.out + result.err,
-             uR"x({"date":"2026-11-01T14:00:00.000Z","includeTime":true,"cleanedTitle":"dentist"}
+    QCOMPARE(
+        result.out + result.err,
+        uR"x({"date":"2026-11-01T14:00:00.000Z","includeTime":true,"cleanedTitle":"\"Dentist\""}
 {"error":"not JSON: Malformed JSON at byte 17: unterminated object"}
 {"date":"2026-04-30T22:00:00.000Z","includeTime":false,"cleanedTitle":"anniversaire"}
 {"error":"unknown time zone \"Atlantis/Nowhere\" (use an IANA name such as Europe/Berlin)"}
@@ -293,22 +251,108 @@ void TestCli::titlesArePrintedWithTheirControlCharactersEscaped()
         listed.endsWith(u"  \\e[31mred\\e[0m\\nID  2026-01-01  until  1d  forged\\t\\u{202e}!\n"_s),
         qPrintable(listed));
     QVERIFY(run({"status", "--now", "2026-11-30T12:00:00Z"}).out.contains(u"holder: \\e[31mred"_s));
-    // JSON output carries the title as it is.
-    QCOMPARE(QJsonDocument::fromJson(run({"list", "--json"}).out.toUtf8())[0]["title"].toString(),
-             hostile);
 }
 
-void TestCli::renderChipDrawsTheDataFolder()
+void TestCli::intentsAndBackupsActOnTheFolderWithoutTheApp()
 {
-    // In the settings' style (full), at the instant given, with twice the pixels.
-    QCOMPARE(run({"add", "Dentist", "--date", "2026-03-02T13:01:01Z"}).code, 0);
-    const QString png = m_dir->filePath("chip.png");
-    QCOMPARE(
-        run({"render-chip", "--out", png, "--now", "2026-03-01T12:00:00Z", "--scale", "2"}).out,
-        u"Dentist, 1d 1h\n"_s);
-    const MenubarChipPresentation shown {u"hourglass"_s, u"Dentist"_s, u"1d 1h"_s, 0.0};
-    QCOMPARE(QImage(png).size(), QSize(int(ChipRenderer::layout(shown).width) * 2, 48));
+    QCOMPARE(run({"create", "Dentist", "2026-11-23T12:00"}).out,
+             u"Created “Dentist”: 23h 0m to go.\n"_s);
+    QCOMPARE(run({"create", "Trip", "2026-11-25"}).out, u"Created “Trip”: 2d 11h to go.\n"_s);
+    QCOMPARE(run({"next"}).out, u"23h 0m until “Dentist”.\n"_s);
+    QCOMPARE(run({"time-until", "trip"}).out, u"2d 11h until “Trip”.\n"_s);
+
+    // Another folder takes in a backup of this one, once.
+    const QString other = m_dir->filePath(u"other"_s);
+    QCOMPARE(run({"export", m_dir->path()}).out, u"Exported 2 countdowns.\n"_s);
+    const QString backup = m_dir->filePath(u"Tarrow Backup 2026-11-22.json"_s);
+    QCOMPARE(run({"create", "Own", "2026-12-01"}, other).code, 0);
+    QCOMPARE(run({"import", backup, "--merge"}, other).out, u"Added: 2 · Already there: 0\n"_s);
+    QCOMPARE(run({"import", backup, "--merge"}, other).out, u"Added: 0 · Already there: 2\n"_s);
+    QCOMPARE(run({"import", backup, "--replace"}, other).out, u"Added: 2 · Already there: 0\n"_s);
+    QCOMPARE(run({"list"}, other).out, run({"list"}).out);
+
+    // By id, until the countdown is gone; a title two countdowns carry names neither.
+    const QString id = run({"list"}).out.section(u' ', 0, 0);
+    QCOMPARE(run({"remove", id}).code, 0);
+    QCOMPARE(run({"time-until", id}).err, u"tarrow: That countdown no longer exists.\n"_s);
+    QCOMPARE(run({"create", "Trip", "2026-12-02"}).code, 0);
+    QVERIFY(run({"time-until", "Trip"}).err.contains(u"2 countdowns are called \"Trip\""_s));
+
+    // A refused countdown or import is said on stderr and changes nothing.
+    const QByteArray before = eventFile();
+    QCOMPARE(run({"create", QString(41, u'x'), "2026-12-01"}).err,
+             u"tarrow: The title must be 1 to 40 characters long.\n"_s);
+    QVERIFY(run({"import", backup}).err.contains(u"--merge or --replace"_s));
+    QCOMPARE(eventFile(), before);
 }
 
-QTEST_MAIN(TestCli)
+void TestCli::followPrintsALineAtEachChange()
+{
+    const DefaultPathProvider paths = DefaultPathProvider::inFolder(folder());
+    DiskFileAccess files;
+    QVERIFY(EventStore(paths, files).addEvent(celebrating(u"Tea"_s, m_clock.now().addSecs(90))));
+    const QByteArray written = eventFile();
+    QString lines;
+    QTextStream out(&lines);
+    FakeTickScheduler scheduler;
+    StatusFollower follower(folder(), m_clock, scheduler, AutomationClient(m_bus.connect(u"f"_s)),
+                            false, out);
+    follower.start();
+    QVERIFY(!follower.followsApp());
+    QCOMPARE(lines, u"Tea 1m\n"_s);
+
+    while (m_clock.now() < Fixture::at("2026-11-22T10:01:31Z")) {
+        m_clock.advance(scheduler.interval().count());
+        scheduler.fire();
+    }
+    QStringList printed = lines.split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(printed.size(), 62); // 1m, each second of the last minute, the arrival
+    QCOMPARE(printed.at(1), u"Tea 1:00"_s);
+    QCOMPARE(printed.constLast(), u"Tea ✓"_s);
+    QCOMPARE(eventFile(), written); // the arrival was stamped in memory only
+
+    // A change of the folder on disk is read again.
+    EventStore store(paths, files);
+    QVERIFY(store.deleteEvent(store.events().constFirst().id));
+    QVERIFY(store.addEvent(Fixture::countdown(u"Bell"_s, m_clock.now().addSecs(30))));
+    QTRY_VERIFY2(lines.endsWith(u"Bell 0:30\n"_s), qPrintable(lines.right(40)));
+}
+
+void TestCli::withTheAppRunningTheAppAnswers()
+{
+    TarrowProcess app(*m_dir);
+    QProcessEnvironment env = app.process().processEnvironment();
+    env.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.address());
+    env.insert(u"QT_LOGGING_RULES"_s, u"AutomationBus.debug=true"_s);
+    app.process().setProcessEnvironment(env);
+    app.start();
+    QVERIFY(app.waitForLog(u"Offering automation as org.tarrow.Tarrow for "_s + folder()));
+
+    QString lines;
+    QTextStream out(&lines);
+    FakeTickScheduler scheduler;
+    StatusFollower follower(folder(), m_clock, scheduler, AutomationClient::sessionBus(), true,
+                            out);
+    follower.start();
+    QVERIFY(follower.followsApp());
+    QCOMPARE(QJsonDocument::fromJson(lines.toUtf8()).object().value(u"text"), u"New countdown"_s);
+
+    QCOMPARE(run({"create", "Via app", "2040-01-01"}).out.section(u':', 0, 0),
+             u"Created “Via app”"_s);
+    QVERIFY(app.waitForLog(u"CreateCountdown asked by"_s));
+    QVERIFY(run({"next"}).out.endsWith(u" until “Via app”.\n"_s));
+    QVERIFY(run({"time-until", "via app"}).out.endsWith(u" until “Via app”.\n"_s));
+    QVERIFY(app.waitForLog(u"ListCountdowns asked by"_s));
+    QCOMPARE(run({"create", "", "2040-01-01"}).err,
+             u"tarrow: The title must be 1 to 40 characters long.\n"_s);
+
+    // The follower prints what the app now shows; when the app quits, it carries on alone.
+    QTRY_VERIFY(lines.contains(u"\"text\":\"Via app "_s));
+    app.process().terminate();
+    QVERIFY(app.process().waitForFinished(5000));
+    QTRY_VERIFY(!follower.followsApp());
+    QVERIFY(QFile::exists(folder() + u"/event.json"_s));
+}
+
+QTEST_GUILESS_MAIN(TestCli)
 #include "tst_cli.moc"

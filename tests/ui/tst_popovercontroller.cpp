@@ -185,7 +185,8 @@ private Q_SLOTS:
         QCOMPARE(world.entry.submit(), !title.isNull());
         using Stored = std::tuple<QString, QDateTime, bool, QDateTime, qint64>;
         QList<Stored> stored;
-        for (const Event &e : EventStore(world.paths, world.files).events())
+        const EventStore reread(world.paths, world.files);
+        for (const Event &e : reread.events())
             stored.append({e.title, e.targetDate, e.includeTime, e.createdAt, e.schemaVersion});
         QList<Stored> expected;
         if (!title.isNull())

@@ -50,10 +50,11 @@ QStringList CalendarBackends::pluginDirectories()
         directories.append(override);
     const QString app = QCoreApplication::applicationDirPath();
     if (!app.isEmpty())
-        directories.append(QDir(app).filePath(u"../lib/tarrow/plugins"_s));
-#ifdef TARROW_BUILD_PLUGIN_DIR
-    directories.append(QStringLiteral(TARROW_BUILD_PLUGIN_DIR));
-#endif
+        directories.append(QDir(app).filePath(QStringLiteral(TARROW_PLUGIN_DIR_FROM_BINARY)));
+    // The binaries of the build tree (the app, the tests) find the plugins built beside them; an
+    // installed copy looks only where it was installed.
+    if (app.startsWith(QStringLiteral(TARROW_BUILD_TREE) + u'/'))
+        directories.append(QStringLiteral(TARROW_BUILD_PLUGIN_DIR));
     return directories;
 }
 

@@ -24,11 +24,11 @@ const QString defaultAction = QStringLiteral("default");
 // How long a call to the server may take before it counts as absent.
 constexpr int CallTimeoutMSecs = 3000;
 
-// The desktop entry the server takes the app's name, icon and grouping from.
-// TODO: TARROW_APP_ID once packaging/ installs the entry as org.tarrow.Tarrow.desktop.
-const QString desktopEntry = QStringLiteral("tarrow");
+// The desktop entry the server takes the app's name, icon and grouping from, and the icon; both
+// are installed under the app's id.
+const QString desktopEntry = QStringLiteral(TARROW_APP_ID);
 const QString appName = QStringLiteral("Tarrow");
-const QString appIcon = QStringLiteral("tarrow");
+const QString appIcon = QStringLiteral(TARROW_APP_ID);
 
 // Names from the freedesktop sound theme.
 QString soundFor(Notice::Kind kind)

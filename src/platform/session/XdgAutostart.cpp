@@ -71,7 +71,7 @@ QByteArray XdgAutostart::entryText(const QString &command)
     text += QStringLiteral("Exec=") + exec + QStringLiteral(" --autostart\n");
     text += QStringLiteral("TryExec=")
         + QString(command).replace(QLatin1String("\\"), QLatin1String("\\\\")) + u'\n';
-    text += QStringLiteral("Icon=tarrow\n"
+    text += QStringLiteral("Icon=" TARROW_APP_ID "\n"
                            "Terminal=false\n"
                            "NoDisplay=true\n"
                            "X-GNOME-Autostart-enabled=true\n"

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "backup/BackupService.h"
 #include "storage/EventStore.h"
 #include "support/FakeClock.h"
 #include "support/FaultyFileAccess.h"
 #include "support/ItemFixtures.h"
 
-// A data folder of its own with a few countdowns of every kind.
+// A data folder of its own, with a few countdowns of every kind when asked, and its backups.
 struct BackupFolder
 {
     explicit BackupFolder(const QList<Event> &events = {})
@@ -28,4 +29,10 @@ struct BackupFolder
     FaultyFileAccess files;
     EventStore store {paths, files};
     FakeClock clock {Fixture::at("2026-06-02T22:30:00Z")}; // 3 June in Istanbul
+    BackupService service {store, files, clock};
+
+    BackupMessage exportTo(const QString &path)
+    {
+        return service.writeExport(service.prepareExport(), path);
+    }
 };

@@ -1,5 +1,4 @@
 // Backup files: which files are read, how they are written, and export and import on real files.
-#include "backup/BackupService.h"
 #include "l10n/LanguageTable.h"
 #include "support/Fixtures.h"
 
@@ -21,15 +20,6 @@ const QByteArray eventJson =
 QByteArray archive(const QByteArray &members, const QByteArray &events = '[' + eventJson + ']')
 {
     return '{' + members + R"(,"exportedAt":"2026-06-03T10:00:00.000Z","events":)" + events + '}';
-}
-
-QString outcome(const std::variant<BackupArchive, BackupArchive::ReadError> &read)
-{
-    if (std::holds_alternative<BackupArchive>(read))
-        return u"read"_s;
-    return std::get<BackupArchive::ReadError>(read) == BackupArchive::ReadError::newer
-        ? u"newer"_s
-        : u"unreadable"_s;
 }
 
 QString text(const BackupMessage &message)
@@ -64,39 +54,27 @@ void tst_BackupArchive::readRules_data()
     row("Version 2 is newer even when its events decode", archive(kind + R"(,"version":2)"),
         "newer");
     row("Version 0 is unreadable", archive(kind + R"(,"version":0)"), "unreadable");
-    row("A negative version is unreadable", archive(R"("version":-1)"), "unreadable");
     row("Another application's kind is unreadable",
         archive(R"("kind":"org.example.Other.backup","version":1)"), "unreadable");
-    row("A kind that is not text is unreadable", archive(R"("kind":7,"version":1)"), "unreadable");
     row("A missing version is unreadable", archive(kind), "unreadable");
-    row("A version written as text is unreadable", archive(R"("version":"1")"), "unreadable");
-    row("A fractional version is unreadable", archive(R"("version":1.5)"), "unreadable");
     row("A missing export date is unreadable", '{' + kind + R"(,"version":1,"events":[]})",
         "unreadable");
-    row("An export date that is no date is unreadable",
-        R"({"version":1,"exportedAt":"2026-06-03","events":[]})", "unreadable");
-    row("Missing events are unreadable", R"({"version":1,"exportedAt":"2026-06-03T10:00:00Z"})",
-        "unreadable");
     row("Events that are not a list are unreadable", archive(R"("version":1)", "{}"), "unreadable");
-    row("An event without its title is unreadable",
-        archive(R"("version":1)",
-                '[' + QByteArray(eventJson).replace(R"("title":"Trip",)", "") + ']'),
-        "unreadable");
     row("An event with a bad date is unreadable",
         archive(R"("version":1)",
                 '[' + QByteArray(eventJson).replace("2026-12-24T10", "tomorrow") + ']'),
         "unreadable");
-    row("Text that is not JSON is unreadable", "Tarrow Backup", "unreadable");
-    row("An empty file is unreadable", "", "unreadable");
-    row("A list at the top is unreadable", "[]", "unreadable");
-    row("100,000 levels of nesting are refused without a crash",
-        archive(R"("version":1)", QByteArray(100000, '[') + QByteArray(100000, ']')), "unreadable");
 }
 
 void tst_BackupArchive::readRules()
 {
     QFETCH(QByteArray, bytes);
-    QTEST(outcome(BackupArchive::read(bytes)), "expected");
+    const auto read = BackupArchive::read(bytes);
+    const auto *error = std::get_if<BackupArchive::ReadError>(&read);
+    QTEST(QString::fromLatin1(!error                                          ? "read"
+                                  : *error == BackupArchive::ReadError::newer ? "newer"
+                                                                              : "unreadable"),
+          "expected");
 }
 
 void tst_BackupArchive::filesTooLargeOrMissingAreRefusedUnread()
@@ -106,9 +84,8 @@ void tst_BackupArchive::filesTooLargeOrMissingAreRefusedUnread()
     QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(200LL * 1024 * 1024)); // sparse
     huge.close();
     BackupFolder folder;
-    BackupService service(folder.store, folder.files, folder.clock);
     for (const QString &path : {huge.fileName(), dir.filePath(u"missing.json"_s), dir.path()}) {
-        const BackupService::Reading reading = service.read(path);
+        const BackupService::Reading reading = folder.service.read(path);
         QVERIFY2(!reading.archive, qPrintable(path));
         QCOMPARE(text(reading.refusal), u"This file is not a Tarrow backup or it is damaged."_s);
     }
@@ -119,25 +96,20 @@ void tst_BackupArchive::exportWritesTheStoresEventsInItsOwnFormat()
     QTemporaryDir dir;
     const QString path = dir.filePath(u"backup.json"_s);
     BackupFolder folder(BackupFolder::sample());
-    BackupService service(folder.store, folder.files, folder.clock);
-    QCOMPARE(text(service.writeExport(service.prepareExport(), path)), u"Exported 3 countdowns."_s);
-
+    QCOMPARE(text(folder.exportTo(path)), u"Exported 3 countdowns."_s);
     const QByteArray bytes = readFile(path);
     QVERIFY(bytes.startsWith("{\n    \"events\": [\n        {\n"));
     QVERIFY(bytes.endsWith("    \"exportedAt\": \"2026-06-02T22:30:00.000Z\",\n"
                            "    \"kind\": \"org.tarrow.Tarrow.backup\",\n"
                            "    \"version\": 1\n}\n"));
-    const BackupService::Reading reading = service.read(path);
+    const BackupService::Reading reading = folder.service.read(path);
     QVERIFY(reading.archive);
     QCOMPARE(reading.archive->events, folder.store.events());
 
-    BackupFolder single({BackupFolder::sample().constFirst()});
-    BackupService one(single.store, single.files, single.clock);
-    QCOMPARE(text(one.writeExport(one.prepareExport(), path)), u"Exported 1 countdown."_s);
-    BackupFolder none;
-    BackupService empty(none.store, none.files, none.clock);
-    QCOMPARE(text(empty.writeExport(empty.prepareExport(), path)), u"Exported 0 countdowns."_s);
-    QCOMPARE(text(service.read(path).refusal), u"This backup holds no countdowns."_s);
+    QCOMPARE(text(BackupFolder({BackupFolder::sample().constFirst()}).exportTo(path)),
+             u"Exported 1 countdown."_s);
+    QCOMPARE(text(BackupFolder().exportTo(path)), u"Exported 0 countdowns."_s);
+    QCOMPARE(text(folder.service.read(path).refusal), u"This backup holds no countdowns."_s);
 }
 
 void tst_BackupArchive::aFailedWriteLeavesNoFile()
@@ -145,10 +117,8 @@ void tst_BackupArchive::aFailedWriteLeavesNoFile()
     QTemporaryDir dir;
     const QString path = dir.filePath(u"backup.json"_s);
     BackupFolder folder(BackupFolder::sample());
-    BackupService service(folder.store, folder.files, folder.clock);
-    const BackupService::Prepared prepared = service.prepareExport();
     folder.files.failWrites = true;
-    QCOMPARE(text(service.writeExport(prepared, path)), u"The backup could not be saved."_s);
+    QCOMPARE(text(folder.exportTo(path)), u"The backup could not be saved."_s);
     QVERIFY(!QFile::exists(path));
 }
 

@@ -1,6 +1,6 @@
-// "calendars.json": adding files and links (what is refused and why), ids given in part,
-// removing, the user's addresses, a file that cannot be read kept aside before it is replaced,
-// and changes made by another process picked up.
+// "calendars.json": adding files and links (what is refused and why), and a file that cannot be
+// read kept aside before it is replaced (ids given in part: tst_cli; the user's addresses:
+// tst_calendarsettingsmodel).
 #include "calendar/SubscriptionStore.h"
 #include "storage/PathProvider.h"
 
@@ -8,7 +8,6 @@
 #include "support/FaultyFileAccess.h"
 #include "support/Fixtures.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -28,10 +27,7 @@ private Q_SLOTS:
     }
     void addsWhatCanBeRead_data();
     void addsWhatCanBeRead();
-    void removesByAnIdGivenInPart();
-    void keepsTheUsersAddresses();
     void anUnreadableFileIsKeptAsideBeforeItIsReplaced();
-    void followsAnotherProcess();
 
 private:
     std::unique_ptr<TempPathProvider> m_paths;
@@ -75,38 +71,8 @@ void TestSubscriptionStore::addsWhatCanBeRead()
     QVERIFY2(added, qPrintable(error));
     QCOMPARE(added->url.toString(), kept);
     QCOMPARE(added->addedAt, m_clock.now());
-    // Written at once, read back the same, and refused a second time.
+    // Written at once and read back the same (a second time refused: tst_calendarsettingsmodel).
     QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).subscriptions(), QList {*added});
-    QVERIFY(!store.add(input, QString(), m_paths->supportDirectory(), &error));
-    QVERIFY2(error.contains(u"already added"), qPrintable(error));
-}
-
-void TestSubscriptionStore::removesByAnIdGivenInPart()
-{
-    SubscriptionStore store(*m_paths, m_files, m_clock);
-    QString error;
-    const auto a = store.add(u"https://a.example/x.ics"_s, {}, {}, &error);
-    const auto b = store.add(u"https://b.example/x.ics"_s, {}, {}, &error);
-    QVERIFY(a && b);
-    QVERIFY(!store.findByID(u"abc"_s, &error)); // too short
-    const auto found = store.findByID(a->shortID().left(8).toUpper(), &error);
-    QVERIFY2(found, qPrintable(error));
-    QCOMPARE(found->id, a->id);
-    QVERIFY(store.remove(a->id, &error));
-    QCOMPARE(store.subscriptions(), QList {*b});
-    QVERIFY(!store.remove(a->id, &error));
-}
-
-void TestSubscriptionStore::keepsTheUsersAddresses()
-{
-    SubscriptionStore store(*m_paths, m_files, m_clock);
-    QString error;
-    QVERIFY(store.setUserAddresses(
-        {u" MAILTO:Me@Example.com"_s, u"me@example.com"_s, u""_s, u"work@example.org"_s}, &error));
-    QCOMPARE(store.userAddresses(), (QStringList {u"me@example.com"_s, u"work@example.org"_s}));
-    QVERIFY(!store.setUserAddresses({u"not an address"_s}, &error));
-    QCOMPARE(error, u"\"not an address\" is not an e-mail address"_s);
-    QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).userAddresses(), store.userAddresses());
 }
 
 void TestSubscriptionStore::anUnreadableFileIsKeptAsideBeforeItIsReplaced()
@@ -132,18 +98,6 @@ void TestSubscriptionStore::anUnreadableFileIsKeptAsideBeforeItIsReplaced()
         QDir(m_paths->supportDirectory()).entryList({u"calendars (unreadable *).json"_s});
     QCOMPARE(aside.size(), 1);
     QCOMPARE(SubscriptionStore(*m_paths, m_files, m_clock).subscriptions().size(), 1);
-}
-
-void TestSubscriptionStore::followsAnotherProcess()
-{
-    SubscriptionStore store(*m_paths, m_files, m_clock);
-    store.watchFile();
-    QSignalSpy changed(&store, &SubscriptionStore::changed);
-    SubscriptionStore other(*m_paths, m_files, m_clock);
-    QString error;
-    QVERIFY(other.add(u"https://example.com/a.ics"_s, {}, {}, &error));
-    QTRY_COMPARE(store.subscriptions().size(), 1);
-    QVERIFY(!changed.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestSubscriptionStore)

@@ -1,8 +1,6 @@
-// iCalendar documents read with libical: recurrences expanded in a window (RRULE with UNTIL and
-// COUNT, RDATE, EXDATE, moved and cancelled RECURRENCE-ID overrides, one moved into the window
-// from outside it) across a DST change, time zones from VTIMEZONE, the zone database, Windows
-// names and X-WR-TIMEZONE, all-day dates as days of the local zone, the user's answer to an
-// invitation, and the meeting link.
+// iCalendar documents read with libical: recurrences (RRULE, RDATE, EXDATE, moved and cancelled
+// overrides) expanded across a DST change, the zones a feed can name, all-day dates as local days,
+// the user's answer to an invitation and the meeting link.
 #include "platform/calendars/IcsCalendar.h"
 
 #include "support/Fixtures.h"
@@ -50,11 +48,8 @@ IcsReadContext context()
 
 std::shared_ptr<IcsCalendar> fixture(const QString &name)
 {
-    QString error;
-    auto calendar = IcsCalendar::parse(fixtureBytes(u"calendars/"_s + name), &error);
-    if (!calendar)
-        qWarning() << name << error;
-    return calendar;
+    QString error; // a fixture that cannot be read fails the test's QVERIFY
+    return IcsCalendar::parse(fixtureBytes(u"calendars/"_s + name), &error);
 }
 
 QStringList read(const IcsCalendar &calendar, const QString &from, const QString &to)
@@ -79,9 +74,6 @@ private Q_SLOTS:
     void expandsInTheWindow();
     void readsTheCalendarItself();
     void readsInvitationsAndMeetingLinks();
-    void refusesWhatIsNotACalendar_data();
-    void refusesWhatIsNotACalendar();
-    void aLargeFeedExpandsInTime();
 };
 
 void TestIcsCalendar::expandsInTheWindow_data()
@@ -151,118 +143,62 @@ void TestIcsCalendar::readsTheCalendarItself()
 {
     const auto calendar = fixture(u"weekly-berlin.ics"_s);
     QVERIFY(calendar);
-    QCOMPARE(calendar->name(), u"Team"_s);
-    QCOMPARE(calendar->seriesCount(), 2);
-    // #1BADF8FF: Apple's colour with alpha last.
-    const CalendarTint tint = calendar->color().value();
-    QCOMPARE(qRound(tint.red * 255), 0x1B);
-    QCOMPARE(qRound(tint.blue * 255), 0xF8);
-
-    const QList<ProviderOccurrence> occurrences =
-        calendar->occurrences(context(), utc(u"2025-03-03T00:00Z"_s), utc(u"2025-03-04T00:00Z"_s));
-    QCOMPARE(occurrences.size(), 1);
-    const ProviderOccurrence &standup = occurrences.first();
-    QCOMPARE(standup.ref.series.calendarID, u"ics-test"_s);
-    QCOMPARE(standup.ref.series.seriesID, u"standup@example.com"_s);
+    const CalendarTint tint = calendar->color().value(); // #1BADF8FF: alpha last
+    QCOMPARE((QList {qRound(tint.red * 255), qRound(tint.green * 255), qRound(tint.blue * 255)}),
+             (QList {0x1B, 0xAD, 0xF8}));
+    const ProviderOccurrence standup =
+        calendar->occurrences(context(), utc(u"2025-03-03T00:00Z"_s), utc(u"2025-03-04T00:00Z"_s))
+            .value(0);
+    QCOMPARE(standup.ref.series, (CalendarSeriesRef {u"ics-test"_s, u"standup@example.com"_s}));
     QVERIFY(standup.isRecurring);
     QCOMPARE(standup.createdAt, utc(u"2025-02-01T12:00Z"_s));
-    QCOMPARE(standup.meetingURL, QUrl(u"https://acme.zoom.us/j/123456"_s));
 }
 
 void TestIcsCalendar::readsInvitationsAndMeetingLinks()
 {
     const auto calendar = fixture(u"invitations.ics"_s);
     QVERIFY(calendar);
-    QHash<QString, ProviderOccurrence> bySeries;
-    for (const ProviderOccurrence &o :
-         calendar->occurrences(context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s)))
-        bySeries.insert(o.ref.series.seriesID, o);
-    QCOMPARE(bySeries.size(), 6);
-
-    // The user is found by address, without case and without "mailto:".
-    const ProviderOccurrence declined = bySeries.value(u"declined@example.com"_s);
-    QCOMPARE(declined.participation, CalendarParticipation::declined);
-    // A URL field that is no meeting does not stop the scan: the notes have one.
-    QCOMPARE(declined.externalURL, QUrl(u"https://example.com/agenda"_s));
-    QCOMPARE(declined.meetingURL, QUrl(u"https://meet.google.com/abc-defg-hij"_s));
-
-    const ProviderOccurrence tentative = bySeries.value(u"tentative@example.com"_s);
-    QCOMPARE(tentative.participation, CalendarParticipation::tentative);
-    QCOMPARE(tentative.meetingURL, QUrl(u"https://teams.microsoft.com/l/meetup-join/xyz"_s));
-    QCOMPARE(tentative.location, u"Room 4, https://teams.microsoft.com/l/meetup-join/xyz"_s);
-
-    const ProviderOccurrence pending = bySeries.value(u"pending@example.com"_s);
-    QCOMPARE(pending.participation, CalendarParticipation::pending); // no PARTSTAT: NEEDS-ACTION
-    QCOMPARE(pending.meetingURL, QUrl(u"https://acme.webex.com/meet/x"_s));
-
-    const ProviderOccurrence others = bySeries.value(u"others@example.com"_s);
-    QCOMPARE(others.participation, CalendarParticipation::notAnAttendee);
-    QCOMPARE(others.meetingURL, std::nullopt);
-
-    QVERIFY(bySeries.value(u"cancelled@example.com"_s).isCancelled);
-
-    // Without a UID the series is named by its title and start, the same on every read.
-    const auto local = std::find_if(bySeries.keyBegin(), bySeries.keyEnd(),
-                                    [](const QString &id) { return id.startsWith(u"local-"); });
-    QVERIFY(local != bySeries.keyEnd());
-    const QList<ProviderOccurrence> again =
-        fixture(u"invitations.ics"_s)
-            ->occurrences(context(), utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s));
-    QVERIFY(std::any_of(again.cbegin(), again.cend(), [&](const ProviderOccurrence &o) {
-        return o.ref.series.seriesID == *local;
-    }));
-
-    // Without the user's addresses nobody is the user.
+    // One line per event: the user's answer, the meeting link and the other link.
+    const auto read = [&calendar](const IcsReadContext &context) {
+        static const QStringList answers {u"not invited"_s, u"accepted"_s, u"tentative"_s,
+                                          u"pending"_s, u"declined"_s};
+        QStringList lines;
+        for (const ProviderOccurrence &o : calendar->occurrences(
+                 context, utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s))) {
+            lines << QStringList {o.title, answers.at(int(o.participation)),
+                                  o.meetingURL.value_or(QUrl()).toString(),
+                                  o.externalURL.value_or(QUrl()).toString()}
+                         .join(u", ");
+        }
+        lines.sort();
+        return lines;
+    };
+    // The user is found by address, without case and without "mailto:"; a URL field that is no
+    // meeting does not stop the scan; no PARTSTAT is a pending invitation.
+    QCOMPARE(read(context()),
+             (QStringList {
+                 u"Called off, not invited, , "_s,
+                 u"Declined review, declined, https://meet.google.com/abc-defg-hij, "
+                 u"https://example.com/agenda"_s,
+                 u"Maybe lunch, tentative, https://teams.microsoft.com/l/meetup-join/xyz, "_s,
+                 u"New invitation, pending, https://acme.webex.com/meet/x, "
+                 u"https://acme.webex.com/meet/x"_s,
+                 u"No UID, not invited, , "_s,
+                 u"Not invited myself, not invited, , "_s,
+             }));
     IcsReadContext anonymous = context();
     anonymous.userAddresses.clear();
-    for (const ProviderOccurrence &o :
-         calendar->occurrences(anonymous, utc(u"2025-03-10T00:00Z"_s), utc(u"2025-03-11T00:00Z"_s)))
-        QCOMPARE(o.participation, CalendarParticipation::notAnAttendee);
-}
+    QCOMPARE(read(anonymous).filter(u", not invited, "_s).size(), 6);
 
-void TestIcsCalendar::refusesWhatIsNotACalendar_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("an HTML error page") << QByteArray("<html><body>502 Bad Gateway</body></html>");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("a cut-off header") << QByteArray("BEGIN:VCALEN");
-}
-
-void TestIcsCalendar::refusesWhatIsNotACalendar()
-{
-    QFETCH(QByteArray, bytes);
-    QString error;
-    QVERIFY(!IcsCalendar::parse(bytes, &error));
-    QCOMPARE(error, u"not an iCalendar file"_s);
-}
-
-void TestIcsCalendar::aLargeFeedExpandsInTime()
-{
-    // 10,000 events a little under an hour apart, every hundredth one repeating daily.
-    const QDateTime first = utc(u"2025-01-01T08:00Z"_s);
-    const QDateTime from = utc(u"2025-06-01T00:00Z"_s), to = utc(u"2025-06-08T00:00Z"_s);
-    QByteArray feed = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Tarrow tests//EN\r\n";
-    qsizetype expected = 0;
-    for (int i = 0; i < 10'000; ++i) {
-        const QDateTime start = first.addSecs(qint64(i) * 3137);
-        const bool daily = i % 100 == 0;
-        feed += "BEGIN:VEVENT\r\nUID:e" + QByteArray::number(i)
-            + "\r\nDTSTART:" + start.toString(u"yyyyMMddTHHmmssZ"_s).toLatin1()
-            + "\r\nDURATION:PT30M\r\nSUMMARY:Meeting " + QByteArray::number(i)
-            + (daily ? "\r\nRRULE:FREQ=DAILY" : "") + "\r\nEND:VEVENT\r\n";
-        for (QDateTime at = start; at < to; at = at.addDays(1)) {
-            if (at.addSecs(1800) > from)
-                ++expected;
-            if (!daily)
-                break;
-        }
-    }
-    feed += "END:VCALENDAR\r\n";
-    QString error;
-    const auto calendar = IcsCalendar::parse(feed, &error);
-    QVERIFY(calendar);
-    QCOMPARE(calendar->seriesCount(), 10'000);
-    QCOMPARE(calendar->occurrences(context(), from, to).size(), expected);
+    // Without a UID the series is named by its title and start, the same on every read.
+    const auto noUid = [](const IcsCalendar &from) {
+        for (const ProviderOccurrence &o :
+             from.occurrences(context(), utc(u"2025-03-10T14:00Z"_s), utc(u"2025-03-10T14:01Z"_s)))
+            return o.ref.series.seriesID;
+        return QString();
+    };
+    QVERIFY(noUid(*calendar).startsWith(u"local-"));
+    QCOMPARE(noUid(*fixture(u"invitations.ics"_s)), noUid(*calendar));
 }
 
 QTEST_GUILESS_MAIN(TestIcsCalendar)

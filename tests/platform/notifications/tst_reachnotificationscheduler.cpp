@@ -39,7 +39,7 @@ public:
         QString summary, body;
         QStringList actions;
         QVariantMap hints;
-        QString appName;
+        QString appName, appIcon;
     };
     QList<Call> calls;
     QList<uint> closed;
@@ -54,11 +54,11 @@ public:
 
 public Q_SLOTS:
     Q_SCRIPTABLE QStringList GetCapabilities() { return m_capabilities; }
-    Q_SCRIPTABLE uint Notify(const QString &appName, uint replacesID, const QString &,
+    Q_SCRIPTABLE uint Notify(const QString &appName, uint replacesID, const QString &appIcon,
                              const QString &summary, const QString &body,
                              const QStringList &actions, const QVariantMap &hints, int)
     {
-        calls.append({replacesID, summary, body, actions, hints, appName});
+        calls.append({replacesID, summary, body, actions, hints, appName, appIcon});
         return replacesID ? replacesID : ++m_lastID;
     }
     Q_SCRIPTABLE void CloseNotification(uint id) { closed.append(id); }
@@ -161,7 +161,9 @@ void tst_ReachNotificationScheduler::theJoinActionFollowsTheServersCapabilities(
     QCOMPARE(call.summary, u"Launch <party>"_s);
     QCOMPARE(call.body, body);
     QCOMPARE(call.actions, actions);
-    QCOMPARE(call.hints.value(u"desktop-entry"_s).toString(), u"tarrow"_s);
+    // The installed desktop entry and icon are named after the app's id.
+    QCOMPARE(call.hints.value(u"desktop-entry"_s).toString(), u"org.tarrow.Tarrow"_s);
+    QCOMPARE(call.appIcon, u"org.tarrow.Tarrow"_s);
     QCOMPARE(call.hints.value(u"sound-name"_s).toString(), u"alarm-clock-elapsed"_s);
     QCOMPARE(call.hints.value(u"urgency"_s).typeId(), QMetaType::UChar);
 }

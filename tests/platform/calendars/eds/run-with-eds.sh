@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # `run-with-eds.sh TEST [ARGS...]`: runs TEST against a private Evolution Data Server on a private
-# session bus, in a throw-away home with two calendars set up before the registry starts: "Work"
-# (local, seeded from tests/fixtures/calendars/weekly-berlin.ics) and "Team" (webcal). EDS's
-# services are started by D-Bus activation with this environment. Exits 77 (skipped) when EDS is
-# not installed, except on CI.
+# session bus, in a throw-away home with one calendar set up before the registry starts: "Work"
+# (local, seeded from tests/fixtures/calendars/weekly-berlin.ics). EDS's services are started by
+# D-Bus activation with this environment. Exits 77 (skipped) when EDS is not installed, except on
+# CI.
 set -euo pipefail
 test_binary=$1
 shift
@@ -30,28 +30,6 @@ Parent=local-stub
 BackendName=local
 Color=#f66151
 Selected=true
-SOURCE
-cat >"$sources/team-webcal.source" <<'SOURCE'
-[Data Source]
-DisplayName=Team
-Enabled=true
-Parent=webcal-stub
-
-[Calendar]
-BackendName=webcal
-Color=#62a0ea
-Selected=true
-
-[Authentication]
-Host=127.0.0.1
-Port=9
-Method=none
-
-[Security]
-Method=none
-
-[WebDAV Backend]
-ResourcePath=/team.ics
 SOURCE
 cp "$TARROW_FIXTURES/calendars/weekly-berlin.ics" \
     "$XDG_DATA_HOME/evolution/calendar/work-local/calendar.ics"
