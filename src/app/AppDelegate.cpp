@@ -6,19 +6,19 @@
 #include "arrival/NoticeLog.h"
 #include "arrival/RecurrenceCoordinator.h"
 #include "arrival/ReminderScheduler.h"
-#include "calendar/CalendarStore.h"
 #include "automation/CountdownIntents.h"
 #include "automation/StatusFeed.h"
 #include "automation/WidgetSnapshotWriter.h"
 #include "backup/BackupFlow.h"
+#include "calendar/CalendarStore.h"
 #include "countdown/CountdownEngine.h"
 #include "countdown/CountdownRegistry.h"
 #include "countdown/TimerTickScheduler.h"
 #include "l10n/LocaleManager.h"
 #include "parse/NaturalDateParser.h"
-#include "platform/notifications/ReachNotificationScheduler.h"
-#include "platform/calendars/CalendarBackends.h"
 #include "platform/automation/AutomationDBusService.h"
+#include "platform/calendars/CalendarBackends.h"
+#include "platform/notifications/ReachNotificationScheduler.h"
 #include "platform/session/LoginLaunch.h"
 #include "platform/session/WakeObserver.h"
 #include "platform/session/XdgAutostart.h"
@@ -27,17 +27,17 @@
 #include "platform/tray/ClassicTrayPresence.h"
 #include "platform/tray/StatusItemController.h"
 #include "platform/tray/SystemTrayIconHost.h"
+#include "platform/updates/UpdateChecker.h"
 #include "shortcuts/ShortcutsPageModel.h"
 #include "shortcuts/ShortcutsService.h"
-#include "platform/updates/UpdateChecker.h"
 #include "storage/DataFolderWatcher.h"
 #include "storage/EventStore.h"
 #include "storage/PathProvider.h"
 #include "storage/SettingsStore.h"
 #include "storage/StartupMigrations.h"
 #include "ui/AppearanceManager.h"
-#include "ui/ChipPreviewProvider.h"
 #include "ui/CalendarSettingsModel.h"
+#include "ui/ChipPreviewProvider.h"
 #include "ui/CountdownListModel.h"
 #include "ui/EventEditorModel.h"
 #include "ui/OnboardingModel.h"
@@ -49,9 +49,9 @@
 #include "ui/SettingsPageList.h"
 #include "ui/SettingsWindowController.h"
 #include "ui/TableTranslator.h"
+#include "ui/TimeZoneListModel.h"
 #include "ui/celebration/CelebrationOverlay.h"
 #include "ui/celebration/ReducedMotion.h"
-#include "ui/TimeZoneListModel.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -166,6 +166,7 @@ void AppDelegate::installInterface()
     m_backupFlow = std::make_unique<BackupFlow>(*m_backupService, *m_localeManager, m_clock);
     installAutomation();
     startUpdateChecks();
+    installSettingsWindow();
     m_appUIInstalled = true;
     if (m_showWelcome)
         m_navigator->showWelcome();
@@ -210,36 +211,18 @@ void AppDelegate::installPopup()
         return StatusItemController::inputsFrom(*m_countdownEngine, m_settingsStore->settings());
     });
 
-    const QList<SceneImageProvider> imageProviders = {
-        {QStringLiteral("chip"), [this]() -> QQmlImageProviderBase * {
-             return new ChipPreviewProvider(
-                 [this](const QString &name) -> std::optional<MenubarChipPresentation> {
-                     if (name == u"editor")
-                         return m_editor->chipPresentation();
-                     if (name == u"settings")
-                         return m_settingsModel->chipPresentation();
-                     return std::nullopt;
-                 });
-         }}};
-    installSettingsWindow();
-    m_settingsWindow = std::make_unique<SettingsWindowController>(
-        QVariantMap {
-            {QStringLiteral("pages"), QVariant::fromValue(m_settingsPages.get())},
-            {QStringLiteral("settings"), QVariant::fromValue(m_settingsModel.get())},
-            {QStringLiteral("appearance"), QVariant::fromValue(m_appearanceManager.get())}},
-        imageProviders);
-
-    m_popoverController = std::make_unique<PopoverController>(QVariantMap {
-        {QStringLiteral("navigator"), QVariant::fromValue(m_navigator.get())},
-        {QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
-        {QStringLiteral("actions"), QVariant::fromValue(m_rowActions.get())},
-        {QStringLiteral("editor"), QVariant::fromValue(m_editor.get())},
-        {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())},
-        {QStringLiteral("zones"), QVariant::fromValue(m_timeZones.get())},
-        {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())},
-        {QStringLiteral("settings"), QVariant::fromValue(m_settingsModel.get())},
-        {QStringLiteral("appearance"), QVariant::fromValue(m_appearanceManager.get())}});
-    m_popoverController->setImageProviders(imageProviders);
+    m_popoverController = std::make_unique<PopoverController>(
+        QVariantMap {{QStringLiteral("navigator"), QVariant::fromValue(m_navigator.get())},
+                     {QStringLiteral("listModel"), QVariant::fromValue(m_listModel.get())},
+                     {QStringLiteral("actions"), QVariant::fromValue(m_rowActions.get())},
+                     {QStringLiteral("editor"), QVariant::fromValue(m_editor.get())},
+                     {QStringLiteral("quickEntry"), QVariant::fromValue(m_quickEntry.get())},
+                     {QStringLiteral("zones"), QVariant::fromValue(m_timeZones.get())},
+                     {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())},
+                     {QStringLiteral("settings"), QVariant::fromValue(m_settingsModel.get())},
+                     {QStringLiteral("appearance"), QVariant::fromValue(m_appearanceManager.get())},
+                     {QStringLiteral("calendars"), QVariant::fromValue(m_calendarSettings.get())}});
+    m_popoverController->setImageProviders(sceneImageProviders());
     connect(m_navigator.get(), &PopupNavigator::closeRequested, m_popoverController.get(),
             &PopoverController::close);
     connect(m_navigator.get(), &PopupNavigator::settingsRequested, this,
@@ -247,7 +230,8 @@ void AppDelegate::installPopup()
     connect(m_localeManager.get(), &LocaleManager::languageChanged, this, [this] {
         QLocale::setDefault(m_localeManager->interfaceLocale());
         m_popoverController->retranslate();
-        m_settingsWindow->retranslate();
+        if (m_settingsWindow)
+            m_settingsWindow->retranslate();
     });
 
     // Row times move on every second while the popup is open, and not at all while it is closed.
@@ -269,10 +253,46 @@ void AppDelegate::installPopup()
     });
 }
 
+QList<SceneImageProvider> AppDelegate::sceneImageProviders()
+{
+    return {{QStringLiteral("chip"), [this]() -> QQmlImageProviderBase * {
+                 return new ChipPreviewProvider(
+                     [this](const QString &name) -> std::optional<MenubarChipPresentation> {
+                         if (name == u"editor")
+                             return m_editor->chipPresentation();
+                         if (name == u"settings")
+                             return m_settingsModel->chipPresentation();
+                         return std::nullopt;
+                     });
+             }}};
+}
+
 void AppDelegate::installSettingsWindow()
 {
-    // Features add their pages here (calendars, shortcuts, data) with m_settingsPages->addPage().
+    // The general pages, then the pages of the features, each with the model it binds to
+    // (`scene.models.<name>` in the page).
     m_settingsPages.reset(SettingsPageList::withGeneralPages());
+    m_settingsPages->addPage(QStringLiteral("calendars"), QStringLiteral("settings.page.calendars"),
+                             SettingsPageList::pageFile("CalendarSettingsPage"),
+                             QStringLiteral("calendar"));
+    m_settingsPages->addPage(QStringLiteral("shortcuts"), QStringLiteral("settings.page.shortcuts"),
+                             SettingsPageList::pageFile("ShortcutsSettingsPage"),
+                             QStringLiteral("ui.keyboard"));
+    m_settingsPages->addPage(QStringLiteral("data"), QStringLiteral("settings.page.data"),
+                             SettingsPageList::pageFile("DataSettingsPage"),
+                             QStringLiteral("ui.archivebox"));
+    const QVariantMap models {
+        {QStringLiteral("calendars"), QVariant::fromValue(m_calendarSettings.get())},
+        {QStringLiteral("shortcuts"), QVariant::fromValue(m_shortcutsPage.get())},
+        {QStringLiteral("backup"), QVariant::fromValue(m_backupFlow.get())},
+        {QStringLiteral("updates"), QVariant::fromValue(m_updateChecker.get())},
+        {QStringLiteral("celebration"), QVariant::fromValue(m_celebrationSettings.get())}};
+    m_settingsWindow = std::make_unique<SettingsWindowController>(
+        QVariantMap {{QStringLiteral("pages"), QVariant::fromValue(m_settingsPages.get())},
+                     {QStringLiteral("settings"), QVariant::fromValue(m_settingsModel.get())},
+                     {QStringLiteral("appearance"), QVariant::fromValue(m_appearanceManager.get())},
+                     {QStringLiteral("models"), models}},
+        sceneImageProviders());
 }
 
 void AppDelegate::installCalendars()

@@ -51,6 +51,7 @@ class SettingsStore;
 class SettingsWindowController;
 class ShortcutsPageModel;
 class ShortcutsService;
+struct SceneImageProvider;
 class StatusFeed;
 class StatusItemController;
 class StatusItemHost;
@@ -135,6 +136,8 @@ private:
     QList<StatusItemMenuEntry> menuEntries();
     void installPopup();
     void installSettingsWindow();
+    // What the popup's and the settings window's scenes draw images with (the chip previews).
+    QList<SceneImageProvider> sceneImageProviders();
     void installCalendars();
     void installWidgetSurface();
     void installAutomation();
@@ -192,8 +195,6 @@ private:
     std::unique_ptr<QuickEntryController> m_quickEntry;
     std::unique_ptr<OnboardingModel> m_onboarding;
     std::unique_ptr<SettingsModel> m_settingsModel;
-    std::unique_ptr<SettingsPageList> m_settingsPages;
-    std::unique_ptr<SettingsWindowController> m_settingsWindow;
     std::unique_ptr<PopoverController> m_popoverController;
     std::unique_ptr<QTimer> m_rowTicker;
     std::unique_ptr<StatusItemHost> m_statusItemHost;
@@ -207,6 +208,9 @@ private:
     std::unique_ptr<QSettings> m_updaterDefaults;
     std::unique_ptr<AppcastFacade> m_appcastFacade;
     std::unique_ptr<UpdateChecker> m_updateChecker;
+    // The settings window, last: its pages bind to the services above.
+    std::unique_ptr<SettingsPageList> m_settingsPages;
+    std::unique_ptr<SettingsWindowController> m_settingsWindow;
 
     bool m_appUIInstalled = false;
     bool m_pendingPopoverReveal = false;

@@ -3,22 +3,18 @@ import QtQuick.Controls
 import QtQuick.Layouts
 
 // What happens when a countdown arrives: the switches new countdowns start with, and the
-// celebration's confetti and sound.
+// celebration: confetti, sound and how long it stays.
 ColumnLayout {
     id: page
 
     property var scene
     readonly property QtObject settings: scene ? scene.settings : null
+    readonly property QtObject celebration: scene && scene.models.celebration
+                                            ? scene.models.celebration : null
 
     spacing: 2 * Theme.group
 
-    FormLabel {
-        text: qsTrId("settings.page.arrivals")
-        font.pixelSize: 16
-        color: palette.text
-        Layout.topMargin: 2 * Theme.group
-        Layout.leftMargin: 2 * Theme.group
-    }
+    PageTitle { text: qsTrId("settings.page.arrivals") }
 
     ColumnLayout {
         visible: page.settings !== null
@@ -46,21 +42,34 @@ ColumnLayout {
         }
         FormLabel {
             text: qsTrId("settings.arrivals.celebration")
+            visible: page.celebration !== null
             Layout.topMargin: Theme.related
         }
         SwitchRow {
             objectName: "celebrationConfettiSetting"
+            visible: page.celebration !== null
             Layout.fillWidth: true
             text: qsTrId("settings.celebration.confetti")
-            checked: page.settings ? page.settings.celebrationConfetti : false
-            onToggled: (checked) => page.settings.celebrationConfetti = checked
+            checked: page.celebration ? page.celebration.confetti : false
+            onToggled: (checked) => page.celebration.confetti = checked
         }
         SwitchRow {
             objectName: "celebrationSoundSetting"
+            visible: page.celebration !== null
             Layout.fillWidth: true
             text: qsTrId("settings.celebration.sound")
-            checked: page.settings ? page.settings.celebrationSound : false
-            onToggled: (checked) => page.settings.celebrationSound = checked
+            checked: page.celebration ? page.celebration.sound : false
+            onToggled: (checked) => page.celebration.sound = checked
+        }
+        SettingsRow {
+            objectName: "celebrationAutoDismissSetting"
+            visible: page.celebration !== null
+            Layout.fillWidth: true
+            readonly property var choices: page.celebration ? page.celebration.autoDismissChoices : []
+            text: qsTrId("settings.celebration.auto_dismiss")
+            options: page.celebration ? page.celebration.autoDismissLabels : []
+            currentIndex: page.celebration ? choices.indexOf(page.celebration.autoDismissSeconds) : -1
+            onActivated: (index) => page.celebration.autoDismissSeconds = choices[index]
         }
     }
 }

@@ -6,6 +6,6 @@ Label {
     visible: text.length > 0
     wrapMode: Text.Wrap
     font.pixelSize: 11
-    color: palette.window.hslLightness < 0.5 ? "#ff8a80" : "#c62828"
+    color: Theme.danger(palette)
     Accessible.role: Accessible.AlertMessage
 }

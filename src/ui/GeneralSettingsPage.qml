@@ -11,13 +11,7 @@ ColumnLayout {
 
     spacing: 2 * Theme.group
 
-    FormLabel {
-        text: qsTrId("settings.page.general")
-        font.pixelSize: 16
-        color: palette.text
-        Layout.topMargin: 2 * Theme.group
-        Layout.leftMargin: 2 * Theme.group
-    }
+    PageTitle { text: qsTrId("settings.page.general") }
 
     ColumnLayout {
         visible: page.settings !== null

@@ -11,13 +11,7 @@ ColumnLayout {
 
     spacing: 2 * Theme.group
 
-    FormLabel {
-        text: qsTrId("settings.page.panel")
-        font.pixelSize: 16
-        color: palette.text
-        Layout.topMargin: 2 * Theme.group
-        Layout.leftMargin: 2 * Theme.group
-    }
+    PageTitle { text: qsTrId("settings.page.panel") }
 
     // The chip, drawn as the panel draws it, on a strip in the window's colours.
     Rectangle {

@@ -18,6 +18,8 @@ Window {
     required property QtObject onboarding
     required property QtObject settings
     required property QtObject appearance
+    // The calendars' settings, for the welcome page; optional.
+    property QtObject calendars: null
 
     width: Theme.popupWidth
     height: Theme.popupHeight
@@ -60,6 +62,7 @@ Window {
             onboarding: root.onboarding
             quickEntry: root.quickEntry
             settings: root.settings
+            calendars: root.calendars
             focus: root.navigator.page === "welcome"
         }
     }

@@ -98,16 +98,6 @@ void SettingsModel::setNewCountdownCelebrates(bool enabled)
     change([&](Settings &s) { s.newCountdownCelebrates = enabled; });
 }
 
-void SettingsModel::setCelebrationConfetti(bool enabled)
-{
-    change([&](Settings &s) { s.celebrationConfetti = enabled; });
-}
-
-void SettingsModel::setCelebrationSound(bool enabled)
-{
-    change([&](Settings &s) { s.celebrationSound = enabled; });
-}
-
 void SettingsModel::dismissError()
 {
     setErrorText(QString());

@@ -14,9 +14,10 @@ class SettingsStore;
 Q_DECLARE_LOGGING_CATEGORY(lcSettingsModel)
 
 // The general pages of the settings window: panel style and title length (with a preview of the
-// chip), time format, language, theme, launch at login, what new countdowns do when they arrive,
-// and the celebration. Every change is written through the settings store at once and takes
-// effect everywhere; a change that cannot be written is taken back and the error shown.
+// chip), time format, language, theme, launch at login and what new countdowns do when they
+// arrive (the celebration has a model of its own). Every change is written through the settings
+// store at once and takes effect everywhere; a change that cannot be written is taken back and the
+// error shown.
 class SettingsModel : public QObject
 {
     Q_OBJECT
@@ -33,9 +34,6 @@ class SettingsModel : public QObject
                    NOTIFY changed)
     Q_PROPERTY(bool newCountdownCelebrates READ newCountdownCelebrates WRITE
                    setNewCountdownCelebrates NOTIFY changed)
-    Q_PROPERTY(bool celebrationConfetti READ celebrationConfetti WRITE setCelebrationConfetti NOTIFY
-                   changed)
-    Q_PROPERTY(bool celebrationSound READ celebrationSound WRITE setCelebrationSound NOTIFY changed)
     Q_PROPERTY(QString errorText READ errorText NOTIFY errorTextChanged)
     // "image://chip/settings/<revision>", new whenever the chip would look different.
     Q_PROPERTY(QString chipPreview READ chipPreview NOTIFY changed)
@@ -66,10 +64,6 @@ public:
     void setNewCountdownNotifies(bool enabled);
     bool newCountdownCelebrates() const { return settings().newCountdownCelebrates; }
     void setNewCountdownCelebrates(bool enabled);
-    bool celebrationConfetti() const { return settings().celebrationConfetti; }
-    void setCelebrationConfetti(bool enabled);
-    bool celebrationSound() const { return settings().celebrationSound; }
-    void setCelebrationSound(bool enabled);
 
     QString errorText() const { return m_errorText; }
     Q_INVOKABLE void dismissError();

@@ -4,12 +4,12 @@ namespace {
 
 const QString aboutPage = QStringLiteral("about");
 
-QUrl pageFile(const char *name)
+} // namespace
+
+QUrl SettingsPageList::pageFile(const char *name)
 {
     return QUrl(QStringLiteral("qrc:/qt/qml/Tarrow/Ui/%1.qml").arg(QLatin1String(name)));
 }
-
-} // namespace
 
 SettingsPageList::SettingsPageList(QObject *parent)
     : QAbstractListModel(parent)

@@ -18,6 +18,8 @@ public:
 
     // The general pages: panel, general, arrivals, about.
     static SettingsPageList *withGeneralPages(QObject *parent = nullptr);
+    // The QML file of a page of the interface's own module ("CalendarSettingsPage").
+    static QUrl pageFile(const char *name);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;

@@ -26,6 +26,10 @@ QtObject {
     function wash(palette, color, alpha) {
         return Qt.tint(palette.base, Qt.rgba(color.r, color.g, color.b, alpha))
     }
+    // Text that says something went wrong, readable on the window's colour.
+    function danger(palette) {
+        return palette.window.hslLightness < 0.5 ? "#ff8a80" : "#c62828"
+    }
     // An item's accent: its own colour, or the palette's highlight for the default accent.
     function accentOf(palette, accent) {
         return accent && accent.length > 0 ? Qt.color(accent) : palette.highlight

@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 
 // The first launch: what Tarrow does, a field for the first countdown (with the date found in
-// it), launch at login, and the way on.
+// it), the calendars found (when there are any) to include, launch at login, and the way on.
 FocusScope {
     id: page
 
@@ -11,6 +11,14 @@ FocusScope {
     required property QtObject onboarding
     required property QtObject quickEntry
     required property QtObject settings
+    // The calendars' settings; without it, or without calendars, the page does not ask.
+    property QtObject calendars: null
+    readonly property var calendarList: {
+        const list = []
+        for (const account of (calendars ? calendars.accounts : []))
+            list.push(...account.calendars)
+        return list
+    }
 
     Keys.onPressed: (event) => {
         event.accepted = navigator.handleKey(event.key, event.modifiers, event.text, "welcome")
@@ -56,6 +64,39 @@ FocusScope {
                 entry: page.quickEntry
                 Layout.fillWidth: true
                 Component.onCompleted: entry.input.forceActiveFocus()
+            }
+        }
+
+        ColumnLayout {
+            objectName: "welcomeCalendars"
+            visible: page.calendarList.length > 0
+            spacing: Theme.gap
+            Layout.fillWidth: true
+            FormLabel { text: qsTrId("welcome.calendars") }
+            ScrollView {
+                id: calendarScroller
+                contentWidth: availableWidth
+                Layout.fillWidth: true
+                // About four calendars before it scrolls.
+                Layout.preferredHeight: Math.min(calendarColumn.implicitHeight, 4 * 32)
+                ColumnLayout {
+                    id: calendarColumn
+                    width: calendarScroller.availableWidth
+                    spacing: 0
+                    Repeater {
+                        model: page.calendarList
+                        delegate: CalendarSwitch {
+                            required property var modelData
+                            title: modelData.title
+                            tint: modelData.color
+                            checked: modelData.enabled
+                            implicitHeight: 32
+                            Layout.fillWidth: true
+                            onToggled: (checked) => page.calendars.setCalendarEnabled(modelData.id,
+                                                                                       checked)
+                        }
+                    }
+                }
             }
         }
 

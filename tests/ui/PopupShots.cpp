@@ -1,10 +1,13 @@
 // Renders the popup and the settings window with sample data, for the README and for looking at:
 //   tarrow_popup_shots OUT_DIR LANGUAGE THEME [SCALE]
 // writes OUT_DIR/LANGUAGE-THEME-{list,editor,editor-more,calendar,empty,welcome,settings,
-// settings-general,settings-arrivals}.png. THEME is light or dark.
+// settings-general,settings-arrivals,settings-calendars,settings-shortcuts,settings-data,
+// settings-import,settings-about}.png. THEME is light or dark.
 // The clock stands at 15:00 in Istanbul on 1 March 2026, so the pictures do not change from run
 // to run.
+#include "SettingsWorld.h"
 #include "UiWorld.h"
+#include "support/Fixtures.h"
 #include "support/ItemFixtures.h"
 #include "ui/AppearanceManager.h"
 #include "ui/ChipPreviewProvider.h"
@@ -71,6 +74,20 @@ void fill(UiWorld &world)
     world.calendar.publish({standup, review});
 }
 
+// Calendars added by hand (a file that reads, one that has gone) and the user's address.
+bool addCalendars(UiWorld &world, SettingsWorld &settings)
+{
+    const QDir folder(world.paths.supportDirectory());
+    QFile team(folder.filePath(u"team.ics"_s));
+    if (team.open(QIODevice::WriteOnly))
+        team.write(fixtureBytes(u"calendars/weekly-berlin.ics"_s));
+    team.close();
+    settings.calendars.addSource(team.fileName());
+    settings.calendars.addSource(folder.filePath(u"holidays.ics"_s), u"Holidays"_s);
+    settings.calendars.setAddresses(u"maya@example.com"_s);
+    return QTest::qWaitFor([&] { return !settings.calendars.accounts().isEmpty(); }, 3000);
+}
+
 bool save(QQuickWindow *window, const QString &path)
 {
     QTest::qWait(400); // images from providers and the first layout pass
@@ -85,7 +102,7 @@ bool save(QQuickWindow *window, const QString &path)
 
 struct Scene
 {
-    Scene(UiWorld &world, const QPalette &system)
+    Scene(UiWorld &world, SettingsWorld &models, const QPalette &system)
         : appearance(world.settings, system)
         , onboarding(world.entry)
         , translator(world.locale)
@@ -97,13 +114,21 @@ struct Scene
                                {u"zones"_s, QVariant::fromValue(&world.zones)},
                                {u"onboarding"_s, QVariant::fromValue(&onboarding)},
                                {u"settings"_s, QVariant::fromValue(&world.settingsModel)},
-                               {u"appearance"_s, QVariant::fromValue(&appearance)}})
+                               {u"appearance"_s, QVariant::fromValue(&appearance)},
+                               {u"calendars"_s, QVariant::fromValue(&models.calendars)}})
         , pages(SettingsPageList::withGeneralPages())
         , settingsWindow(QVariantMap {{u"pages"_s, QVariant::fromValue(pages.get())},
                                       {u"settings"_s, QVariant::fromValue(&world.settingsModel)},
-                                      {u"appearance"_s, QVariant::fromValue(&appearance)}},
+                                      {u"appearance"_s, QVariant::fromValue(&appearance)},
+                                      {u"models"_s, models.models()}},
                          providers(world))
     {
+        pages->addPage(u"calendars"_s, u"settings.page.calendars"_s,
+                       SettingsPageList::pageFile("CalendarSettingsPage"), u"calendar"_s);
+        pages->addPage(u"shortcuts"_s, u"settings.page.shortcuts"_s,
+                       SettingsPageList::pageFile("ShortcutsSettingsPage"), u"ui.keyboard"_s);
+        pages->addPage(u"data"_s, u"settings.page.data"_s,
+                       SettingsPageList::pageFile("DataSettingsPage"), u"ui.archivebox"_s);
         QCoreApplication::installTranslator(&translator);
         QLocale::setDefault(world.locale.interfaceLocale());
         popover.setImageProviders(providers(world));
@@ -144,6 +169,11 @@ int main(int argc, char **argv)
     out.mkpath(QStringLiteral("."));
     const QString language = args.at(2);
     const bool dark = args.at(3) == u"dark";
+    // Added calendars only (copied from the test fixtures), and update checks answered without a
+    // network.
+    qputenv("TARROW_CALENDAR_BACKENDS", "ics");
+    qputenv("TARROW_FIXTURES", TARROW_FIXTURES_DIR);
+    qputenv(UpdateChecker::stubVariable, "updateAvailable:1.4.0:https://example.org/tarrow/1.4.0");
     AppearanceManager::installControlsStyle();
     const QPalette system = QGuiApplication::palette();
     const QString prefix = out.filePath(language + u'-' + args.at(3) + u'-');
@@ -155,7 +185,10 @@ int main(int argc, char **argv)
         settings.theme = dark ? ThemePref::dark : ThemePref::light;
         world.settings.setSettings(settings);
         fill(world);
-        Scene scene(world, system);
+        // The desktop holds the new-countdown keys already.
+        SettingsWorld models(world, {defaultCombo(ShortcutAction::newCountdown)});
+        ok &= addCalendars(world, models);
+        Scene scene(world, models, system);
         scene.popover.open(QRect(900, 0, 24, 24));
         world.list.moveCurrent(1);
         ok &= save(scene.popover.window(), prefix + u"list.png"_s);
@@ -173,8 +206,8 @@ int main(int argc, char **argv)
         world.editor.setLink(u"clinic.example.com/booking"_s);
         auto *form = scene.popover.window()->findChild<QQuickItem *>(u"editorForm"_s);
         if (form)
-            form->setProperty("contentY", form->property("contentHeight").toReal()
-                                              - form->height());
+            form->setProperty("contentY",
+                              form->property("contentHeight").toReal() - form->height());
         ok &= save(scene.popover.window(), prefix + u"editor-more.png"_s);
         world.editor.cancel();
         world.navigator.editRow(world.rowOf(u"Team standup"_s));
@@ -182,12 +215,23 @@ int main(int argc, char **argv)
         world.editor.cancel();
 
         scene.popover.close();
-        for (const QString &page : {u"panel"_s, u"general"_s, u"arrivals"_s}) {
+        models.backup.finishExport(
+            QUrl::fromLocalFile(QDir(world.paths.supportDirectory()).filePath(u"backup.json"_s)));
+        models.updates.checkNow();
+        ok &= QTest::qWaitFor(
+            [&] { return models.updates.state() != UpdateChecker::State::checking; });
+        for (const QString &page : {u"panel"_s, u"general"_s, u"arrivals"_s, u"calendars"_s,
+                                    u"shortcuts"_s, u"data"_s, u"about"_s}) {
             scene.settingsWindow.open(page);
             ok &= save(scene.settingsWindow.window(),
                        prefix + (page == u"panel" ? u"settings"_s : u"settings-"_s + page)
                            + u".png"_s);
         }
+        scene.settingsWindow.open(u"data"_s);
+        models.backup.importFrom(
+            QUrl::fromLocalFile(QDir(world.paths.supportDirectory()).filePath(u"backup.json"_s)));
+        ok &= save(scene.settingsWindow.window(), prefix + u"settings-import.png"_s);
+        models.backup.answer(u"cancel"_s);
         scene.settingsWindow.close();
     }
     {
@@ -195,9 +239,11 @@ int main(int argc, char **argv)
         Settings settings = world.settings.settings();
         settings.theme = dark ? ThemePref::dark : ThemePref::light;
         world.settings.setSettings(settings);
-        Scene scene(world, system);
+        SettingsWorld models(world);
+        Scene scene(world, models, system);
         scene.popover.open(QRect(900, 0, 24, 24));
         ok &= save(scene.popover.window(), prefix + u"empty.png"_s);
+        ok &= addCalendars(world, models); // the welcome page offers the calendars found
         world.navigator.showWelcome();
         world.entry.setText(u"Exam on 3 June"_s);
         ok &= QTest::qWaitFor([&] { return world.entry.hasSuggestion(); }, 3000);

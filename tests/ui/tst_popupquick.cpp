@@ -1,7 +1,10 @@
-// The popup's pages as a person uses them, offscreen: QML test cases in quick/ drive the real
-// pages over the real models (a store in a throw-away folder, the real date parser, a clock that
-// stands at 15:00 in Istanbul on 1 March 2026).
+// The popup's pages and the settings pages as a person uses them, offscreen: QML test cases in
+// quick/ drive the real pages over the real models (a store in a throw-away folder, the real date
+// parser, a clock that stands at 15:00 in Istanbul on 1 March 2026).
+#include "SettingsWorld.h"
 #include "UiWorld.h"
+#include "shortcuts/KeyComboText.h"
+#include "support/Fixtures.h"
 #include "support/ItemFixtures.h"
 #include "ui/AppearanceManager.h"
 #include "ui/ChipPreviewProvider.h"
@@ -14,6 +17,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // What the QML tests ask of the world around the pages.
@@ -21,8 +26,9 @@ class TestWorld : public QObject
 {
     Q_OBJECT
 public:
-    explicit TestWorld(UiWorld &world)
+    TestWorld(UiWorld &world, SettingsWorld &settingsWorld)
         : m_world(world)
+        , m_settingsWorld(settingsWorld)
     {
     }
 
@@ -39,6 +45,9 @@ public:
         for (const Event &event : events)
             m_world.store.deleteEvent(event.id);
         m_world.navigator.showList();
+        m_settingsWorld.backup.answer(QStringLiteral("cancel"));
+        m_settingsWorld.backup.dismissMessage();
+        m_settingsWorld.shortcutsPage.restoreDefaults();
     }
     // A countdown `days` from now at 15:00 in Istanbul.
     Q_INVOKABLE void addCountdown(const QString &title, int days)
@@ -69,8 +78,37 @@ public:
         return QString();
     }
 
+    // A file in the data folder, as a file chooser hands it over.
+    Q_INVOKABLE QUrl fileUrl(const QString &name) const
+    {
+        return QUrl::fromLocalFile(QDir(m_world.paths.supportDirectory()).filePath(name));
+    }
+    // Copies a calendar of tests/fixtures into the data folder; its path.
+    Q_INVOKABLE QString calendarFile(const QString &fixture) const
+    {
+        const QString path = fileUrl(fixture).toLocalFile();
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(fixtureBytes(u"calendars/"_s + fixture));
+        return path;
+    }
+    // The keys the desktop's hot-key engine holds for `action` ("Ctrl+Alt+K"), empty for none.
+    Q_INVOKABLE QString registeredKeys(const QString &action) const
+    {
+        const std::optional<ShortcutAction> known = shortcutActionFromRaw(action);
+        if (!known || !m_settingsWorld.hotkeys->registered.contains(*known))
+            return QString();
+        return keyComboText(m_settingsWorld.hotkeys->registered.value(*known),
+                            m_world.locale.table());
+    }
+    Q_INVOKABLE QStringList disabledCalendars() const
+    {
+        return m_world.settings.settings().calendars.disabledCalendarIDs.values();
+    }
+
 private:
     UiWorld &m_world;
+    SettingsWorld &m_settingsWorld;
 };
 
 class Setup : public QObject
@@ -85,7 +123,8 @@ public Q_SLOTS:
         if (!m_world) {
             AppearanceManager::installControlsStyle();
             m_world = std::make_unique<UiWorld>();
-            m_testWorld = std::make_unique<TestWorld>(*m_world);
+            m_settingsWorld = std::make_unique<SettingsWorld>(*m_world);
+            m_testWorld = std::make_unique<TestWorld>(*m_world, *m_settingsWorld);
             m_appearance =
                 std::make_unique<AppearanceManager>(m_world->settings, QGuiApplication::palette());
             m_translator = std::make_unique<TableTranslator>(m_world->locale);
@@ -106,6 +145,7 @@ public Q_SLOTS:
         context->setContextProperty(QStringLiteral("zones"), &m_world->zones);
         context->setContextProperty(QStringLiteral("appearance"), m_appearance.get());
         context->setContextProperty(QStringLiteral("testWorld"), m_testWorld.get());
+        context->setContextProperty(QStringLiteral("settingsModels"), m_settingsWorld->models());
     }
 
     void cleanupTestCase()
@@ -116,6 +156,7 @@ public Q_SLOTS:
 
 private:
     std::unique_ptr<UiWorld> m_world;
+    std::unique_ptr<SettingsWorld> m_settingsWorld;
     std::unique_ptr<TestWorld> m_testWorld;
     std::unique_ptr<AppearanceManager> m_appearance;
     std::unique_ptr<TableTranslator> m_translator;

@@ -58,10 +58,6 @@ private Q_SLOTS:
         QTest::newRow("New countdowns celebrate")
             << QByteArray("newCountdownCelebrates") << QVariant(true) << u"newCountdownCelebrates"_s
             << u"true"_s;
-        QTest::newRow("No confetti") << QByteArray("celebrationConfetti") << QVariant(false)
-                                     << u"celebrationConfetti"_s << u"false"_s;
-        QTest::newRow("A sound") << QByteArray("celebrationSound") << QVariant(true)
-                                 << u"celebrationSound"_s << u"true"_s;
     }
 
     void everySettingIsWrittenAndReadBack()

@@ -14,6 +14,8 @@ CelebrationSettingsModel::CelebrationSettingsModel(SettingsStore &settings,
 {
     connect(&settings, &SettingsStore::settingsChanged, this,
             &CelebrationSettingsModel::takeSettings);
+    connect(&locale, &LocaleManager::languageChanged, this,
+            &CelebrationSettingsModel::autoDismissLabelsChanged);
 }
 
 bool CelebrationSettingsModel::confetti() const
@@ -34,6 +36,14 @@ int CelebrationSettingsModel::autoDismissSeconds() const
 QList<int> CelebrationSettingsModel::autoDismissChoices() const
 {
     return {5, 8, 15, 30, 0};
+}
+
+QStringList CelebrationSettingsModel::autoDismissLabels() const
+{
+    QStringList labels;
+    for (const int seconds : autoDismissChoices())
+        labels.append(autoDismissLabel(seconds));
+    return labels;
 }
 
 void CelebrationSettingsModel::setConfetti(bool confetti)

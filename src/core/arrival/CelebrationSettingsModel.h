@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 class LocaleManager;
 class SettingsStore;
@@ -17,6 +18,8 @@ class CelebrationSettingsModel : public QObject
                    autoDismissSecondsChanged)
     // The delays the page offers, in seconds (0: until dismissed).
     Q_PROPERTY(QList<int> autoDismissChoices READ autoDismissChoices CONSTANT)
+    // The labels of those delays, in the interface language.
+    Q_PROPERTY(QStringList autoDismissLabels READ autoDismissLabels NOTIFY autoDismissLabelsChanged)
 
 public:
     CelebrationSettingsModel(SettingsStore &settings, const LocaleManager &locale,
@@ -26,6 +29,7 @@ public:
     bool sound() const;
     int autoDismissSeconds() const;
     QList<int> autoDismissChoices() const;
+    QStringList autoDismissLabels() const;
 
     void setConfetti(bool confetti);
     void setSound(bool sound);
@@ -38,6 +42,7 @@ Q_SIGNALS:
     void confettiChanged();
     void soundChanged();
     void autoDismissSecondsChanged();
+    void autoDismissLabelsChanged();
 
 private:
     void takeSettings();
