@@ -6,6 +6,7 @@
 #include "shortcuts/ShortcutsPageModel.h"
 #include "shortcuts/ShortcutsService.h"
 #include "storage/SettingsStore.h"
+#include "support/FakeHotkeyController.h"
 
 #include <QAbstractItemModelTester>
 #include <QPointer>
@@ -16,41 +17,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const KeyCombo ctrlShiftK {40, 0x60000};
-
-// An engine that logs what it is asked and refuses the combinations "another app" holds, with
-// the status an X server gives.
-class FakeEngine : public GlobalHotkeyController
-{
-public:
-    explicit FakeEngine(QList<KeyCombo> refusing)
-        : refused(std::move(refusing))
-    {
-    }
-    Engine engine() const override { return Engine::x11; }
-    void unregisterHotKey(ShortcutAction action) override
-    {
-        if (registered.remove(action))
-            calls << u"unregister "_s + rawValue(action);
-    }
-    void press(ShortcutAction action) { Q_EMIT activated(action); }
-    void refuseLater(ShortcutAction action) { reportLateFailure(action, 2); }
-
-    QList<KeyCombo> refused;
-    QMap<ShortcutAction, KeyCombo> registered;
-    QStringList calls;
-
-protected:
-    int registerWithEngine(ShortcutAction action, const KeyCombo &combo) override
-    {
-        calls << u"register %1 %2/%3"_s.arg(rawValue(action))
-                     .arg(combo.keyCode)
-                     .arg(combo.modifierFlags, 0, 16);
-        if (refused.contains(combo))
-            return 10;
-        registered.insert(action, combo);
-        return 0;
-    }
-};
 
 } // namespace
 
@@ -63,7 +29,7 @@ private:
     struct World
     {
         explicit World(QList<KeyCombo> refused = {})
-            : engine(new FakeEngine(std::move(refused)))
+            : engine(new FakeHotkeyController(std::move(refused)))
         {
         }
         QString keys(ShortcutAction action, int role = ShortcutsPageModel::KeysRole) const
@@ -83,9 +49,9 @@ private:
         LocaleManager locale {settings, [] {
                                   return QStringList {u"en"_s};
                               }};
-        FakeEngine *engine;
+        FakeHotkeyController *engine;
         QList<ShortcutAction> triggered;
-        ShortcutsService service {settings, std::unique_ptr<FakeEngine>(engine),
+        ShortcutsService service {settings, std::unique_ptr<FakeHotkeyController>(engine),
                                   [this](ShortcutAction action) {
                                       triggered << action;
                                   }};
