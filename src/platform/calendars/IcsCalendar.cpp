@@ -226,6 +226,12 @@ void IcsCalendar::Expansion::addInstances(icalcomponent *master, const Moment &s
     for (icalproperty *rule = icalcomponent_get_first_property(master, ICAL_RRULE_PROPERTY); rule;
          rule = icalcomponent_get_next_property(master, ICAL_RRULE_PROPERTY)) {
         const icalrecurrencetype recurrence = icalproperty_get_rrule(rule);
+        // A rule that ended before the window adds nothing; stepping through it from a DTSTART
+        // centuries ago would cost the whole step budget. (UNTIL is read in DTSTART's zone, so
+        // a day of margin covers any offset.)
+        if (!icaltime_is_null_time(recurrence.until)
+            && msecs({recurrence.until, start.zone}) < earliest - 86'400'000)
+            continue;
         icalrecur_iterator *iterator = icalrecur_iterator_new(recurrence, dtstart);
         if (!iterator)
             continue;
