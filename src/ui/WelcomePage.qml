@@ -13,6 +13,12 @@ FocusScope {
     required property QtObject settings
     // The calendars' settings; without it, or without calendars, the page does not ask.
     property QtObject calendars: null
+    // Countdowns added from this page, so the person sees that the entry took.
+    property int addedCount: 0
+    Connections {
+        target: page.quickEntry
+        function onAdded() { page.addedCount += 1 }
+    }
     readonly property var calendarList: {
         const list = []
         for (const account of (calendars ? calendars.accounts : []))
@@ -65,6 +71,15 @@ FocusScope {
                 Layout.fillWidth: true
                 Component.onCompleted: entry.input.forceActiveFocus()
             }
+            Label {
+                objectName: "welcomeAdded"
+                visible: page.addedCount > 0
+                text: qsTrId("welcome.added")
+                color: Theme.secondary(page.palette)
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+                Accessible.role: Accessible.AlertMessage
+            }
         }
 
         ColumnLayout {
@@ -87,6 +102,7 @@ FocusScope {
                         model: page.calendarList
                         delegate: CalendarSwitch {
                             required property var modelData
+                            objectName: "welcomeCalendar_" + modelData.title
                             title: modelData.title
                             tint: modelData.color
                             checked: modelData.enabled

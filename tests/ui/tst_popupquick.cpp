@@ -32,7 +32,8 @@ public:
     {
     }
 
-    // Leaves the store empty, the editor closed, the list unfiltered on the list page.
+    // Leaves the store empty, the editor closed, the list unfiltered on the list page, every
+    // calendar included.
     Q_INVOKABLE void reset()
     {
         m_world.editor.cancel();
@@ -48,6 +49,9 @@ public:
         m_settingsWorld.backup.answer(QStringLiteral("cancel"));
         m_settingsWorld.backup.dismissMessage();
         m_settingsWorld.shortcutsPage.restoreDefaults();
+        Settings settings = m_world.settings.settings();
+        settings.calendars.disabledCalendarIDs.clear();
+        m_world.settings.setSettings(settings);
     }
     // A countdown `days` from now at 15:00 in Istanbul.
     Q_INVOKABLE void addCountdown(const QString &title, int days)
