@@ -72,7 +72,7 @@ int RenderChipCommand::run(const QStringList &arguments, CliContext &context)
         return context.fail(QStringLiteral("--scale needs a ratio from 0.5 to 4"));
     }
     const int side = args.isSet(square) ? args.value(square).toInt(&ok) : 0;
-    if (!ok || side < 0 || side > 512) {
+    if (!ok || (args.isSet(square) && side < 1) || side > 512) {
         return context.fail(QStringLiteral("--square needs a side from 1 to 512 pixels"));
     }
     QDateTime now = context.clock().now();

@@ -158,6 +158,8 @@ void TestCli::refusals_data()
     row("A malformed id", {"remove", "42"}, "is not an event id");
     row("An unknown id", {"pin", "6F1C9E0A-3B7D-4C2E-9A51-0D8E2F4B7C11"}, "No event with id");
     row("An unknown command", {"frobnicate"}, "unknown command");
+    row("A chip of no size", {"render-chip", "--out", "FILE.png", "--square", "0"},
+        "--square needs a side from 1 to 512 pixels");
     row("A date that is in the year 10000 in UTC",
         {"add", "far", "--date", "9999-12-31T23:30", "--time-zone", "America/New_York"},
         "\"9999-12-31T23:30\" is 10000-01-01T04:30:00.000Z in UTC, outside the years 0001 to "
