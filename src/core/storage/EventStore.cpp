@@ -193,7 +193,13 @@ bool EventStore::addEvent(const Event &event, EventStoreError *error)
         return refuseLongTitle(error);
     return mutate(
         Write::always,
-        [&](StoreState &state, EventStoreError *) {
+        [&](StoreState &state, EventStoreError *failure) {
+            // Ids name events everywhere (pins, the command line, backups): never two alike.
+            if (indexOf(state.events, event.id) >= 0)
+                return report(failure,
+                              {EventStoreError::Kind::refused,
+                               QStringLiteral("An event with id %1 is already in the list")
+                                   .arg(event.id.toString(QUuid::WithoutBraces).toUpper())});
             state.events.append(event);
             sortEvents(state.events);
             return true;

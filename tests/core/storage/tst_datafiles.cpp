@@ -137,6 +137,10 @@ void TestDataFiles::failuresLoseNothingAndPublishNothing()
     m_files.failReads = m_files.failCopies = false;
     QVERIFY(unread.addEvent(makeEvent("New"), &error));
     QCOMPARE(unread.events().size(), 2);
+    // An id already in the list is refused rather than doubled.
+    QVERIFY(!unread.addEvent(unread.events().constFirst(), &error));
+    QVERIFY(error.description.startsWith(u"An event with id"));
+    QCOMPARE(unread.events().size(), 2);
     QVERIFY(installFixture(file, m_paths->supportDirectory()));
 
     // A write that fails changes nothing in memory and tells no one.
